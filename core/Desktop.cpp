@@ -1,0 +1,62 @@
+#include "core/Desktop.h"
+
+#include <chrono>
+#include <exception>
+#include <new>
+
+namespace {
+QuietDesktop quietDesktop;
+Desktop* current = &quietDesktop;
+std::chrono::steady_clock::time_point lastPump{};
+constexpr auto PumpInterval = std::chrono::milliseconds(15);
+}  // namespace
+
+MessageAnswer QuietDesktop::Message(const std::string&, const std::string&, MessageIcon, MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::YesNo:
+    case MessageButtons::YesNoCancel: return MessageAnswer::Yes;
+    case MessageButtons::RetryCancel: return MessageAnswer::Cancel;
+    default: return MessageAnswer::OK;
+    }
+}
+
+Desktop& TheDesktop() { return *current; }
+
+Desktop* InstallDesktop(Desktop* desktop) {
+    Desktop* previous = current == &quietDesktop ? nullptr : current;
+    current = desktop ? desktop : &quietDesktop;
+    lastPump = {};
+    return previous;
+}
+
+void PumpEvents() {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - lastPump < PumpInterval) return;
+    lastPump = now;
+    current->ProcessEvents();
+}
+
+void ShowMessage(const std::string& text, MessageIcon icon, const std::string& title) {
+    current->Message(text, title, icon, MessageButtons::OK);
+}
+
+MessageAnswer AskQuestion(const std::string& text, MessageButtons buttons, MessageIcon icon, const std::string& title) {
+    return current->Message(text, title, icon, buttons);
+}
+
+bool GuardedRun(const std::string& what, const std::function<void()>& operation) {
+    std::string reason;
+    try {
+        operation();
+        return true;
+    } catch (const std::bad_alloc&) {
+        reason = "There is not enough memory.";
+    } catch (const std::exception& e) {
+        reason = e.what();
+    } catch (...) {
+        reason = "An unknown error occurred.";
+    }
+    current->HideLoading();
+    ShowMessage(what + " failed.\r\n\r\n" + reason, MessageIcon::Critical);
+    return false;
+}

@@ -1,0 +1,93 @@
+#pragma once
+// The one seam between the program and the desktop it runs on. Everything a window system,
+// the file system's dialogs, other processes or the clipboard provide goes through here, so
+// that the logic runs the same in the editor, in terramason-cli and in tests.
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+enum class MessageIcon { None, Critical, Question, Exclamation, Information };
+enum class MessageButtons { OK, OKCancel, YesNo, YesNoCancel, RetryCancel };
+enum class MessageAnswer { OK, Cancel, Yes, No, Retry };
+
+// How a started program's window is shown; the values are those of the platform's process start.
+enum class WindowMode : int { Hidden = 0, Normal = 1, Maximised = 3 };
+
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+
+    // A modal message box. Texts are UTF-8; the document's 8-bit text is converted by the caller.
+    virtual MessageAnswer Message(const std::string& text, const std::string& title, MessageIcon icon,
+                                  MessageButtons buttons) = 0;
+
+    // File dialogs take filters in the program's "Description|*.ext|..." form. Cancel gives "".
+    virtual std::string OpenFile(const std::string& title, const std::string& filter,
+                                 const std::string& fileName, const std::string& folder) = 0;
+    virtual std::string SaveFile(const std::string& title, const std::string& filter,
+                                 const std::string& fileName, const std::string& folder) = 0;
+    virtual std::string BrowseForFolder(const std::string& title) = 0;
+
+    // Starts a command line; returns a process id, or 0 when nothing could be started.
+    virtual std::int64_t StartProcess(const std::string& commandLine, WindowMode mode) = 0;
+    virtual bool ProcessRunning(std::int64_t pid) = 0;
+    virtual void EndProcess(std::int64_t pid) = 0;
+
+    virtual void OpenWebPage(const std::string& address) = 0;
+    virtual std::string ClipboardText() = 0;
+    virtual void SetClipboardText(const std::string& text) = 0;
+
+    // A value of the registry by its full path ("HKEY_...\\key\\value"); "" when absent.
+    virtual std::string RegistryValue(const std::string& path) = 0;
+
+    // The progress window: shown without blocking, with the busy pointer, until hidden.
+    virtual void ShowLoading(const std::string& text) = 0;
+    virtual void HideLoading() = 0;
+
+    // Lets the windows handle what is waiting for them. Call PumpEvents(), not this.
+    virtual void ProcessEvents() = 0;
+};
+
+// A desktop that answers every question with its default and shows nothing: the state before
+// the editor or a tool installs its own.
+class QuietDesktop : public Desktop {
+public:
+    MessageAnswer Message(const std::string&, const std::string&, MessageIcon, MessageButtons buttons) override;
+    std::string OpenFile(const std::string&, const std::string&, const std::string&, const std::string&) override { return {}; }
+    std::string SaveFile(const std::string&, const std::string&, const std::string&, const std::string&) override { return {}; }
+    std::string BrowseForFolder(const std::string&) override { return {}; }
+    std::int64_t StartProcess(const std::string&, WindowMode) override { return 0; }
+    bool ProcessRunning(std::int64_t) override { return false; }
+    void EndProcess(std::int64_t) override {}
+    void OpenWebPage(const std::string&) override {}
+    std::string ClipboardText() override { return {}; }
+    void SetClipboardText(const std::string&) override {}
+    std::string RegistryValue(const std::string&) override { return {}; }
+    void ShowLoading(const std::string&) override {}
+    void HideLoading() override {}
+    void ProcessEvents() override {}
+};
+
+// The program-wide desktop. Never null: QuietDesktop stands in until one is installed.
+Desktop& TheDesktop();
+// Installs a desktop (not owned) and returns the one it replaces; nullptr restores QuietDesktop.
+Desktop* InstallDesktop(Desktop* desktop);
+
+// Runs the event pump, but at most once every few milliseconds, so that a loop over a million
+// vertices spends its time in the loop and not in the pump.
+void PumpEvents();
+
+// The caption of the program's own message boxes.
+inline constexpr const char* ProgramTitle = "VORN Terramason";
+
+// Shorthand for the program's usual report: a modal box with one OK button.
+void ShowMessage(const std::string& text, MessageIcon icon, const std::string& title = ProgramTitle);
+MessageAnswer AskQuestion(const std::string& text, MessageButtons buttons, MessageIcon icon,
+                          const std::string& title = ProgramTitle);
+
+// Runs one operation so that a fault nobody handled ends the operation, not the program: the
+// fault is reported in one error box that names `what`, and the caller goes on. Returns false
+// when the operation was stopped that way.
+bool GuardedRun(const std::string& what, const std::function<void()>& operation);

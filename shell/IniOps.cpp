@@ -1,0 +1,84 @@
+#include "shell/IniOps.h"
+
+#include <filesystem>
+#include <system_error>
+
+// Only the narrow-character form is used: config.ini values are kept as the bytes they are.
+#define SI_NO_CONVERSION
+#include <SimpleIni.h>
+
+#include "core/NumberText.h"
+#include "core/ProgramState.h"
+
+namespace {
+// The platform's profile reader delivers at most 254 characters through its 255-byte buffer.
+constexpr std::size_t ValueLimit = 254;
+
+struct DefaultKey {
+    const char* section;
+    const char* key;
+    const char* value;
+};
+
+// What a new user starts with. The viewer is part of this program, so the reminder to download
+// one is off; the Options window can still turn it on.
+constexpr DefaultKey FirstRunKeys[] = {
+    {"Startup", "Maximise", "0"},
+    {"Startup", "NewProj", "0"},
+    {"Terramason", "Starter", "0"},
+    {"Terramason", "Previews", "1"},
+    {"Terramason", "PreviewRefresh", "1"},
+    {"Terramason", "OIFEditor", "1"},
+    {"Previews", "PerspectiveTex", "1"},
+    {"Previews", "ZoomAmount", "500"},
+    {"Crowd Wizard", "CrowdHeight", "260"},
+    {"Crowd Wizard", "NoOfRows", "10"},
+    {"Crowd Wizard", "CrowdSpacing", "150"},
+    {"Crowd Wizard", "Home", "1"},
+    {"Import", "CrowdHeight", "260"},
+    {"Stadium Importer", "AutoClose", "0"},
+};
+}  // namespace
+
+std::string ReadIniValue(const std::string& section, const std::string& key, const std::string& path) {
+    CSimpleIniA ini(false, false, false);
+    if (ini.LoadFile(path.c_str()) < 0) return {};
+    std::string value = ini.GetValue(section.c_str(), key.c_str(), "");
+    if (value.size() > ValueLimit) value.resize(ValueLimit);
+    return value;
+}
+
+void WriteIniValue(const std::string& section, const std::string& key, const std::string& path,
+                   const std::string& value) {
+    CSimpleIniA ini(false, false, false);
+    std::error_code ec;
+    if (std::filesystem::exists(path, ec) && ini.LoadFile(path.c_str()) < 0) return;  // unreadable: leave it be
+    ini.SetValue(section.c_str(), key.c_str(), value.c_str());
+    ini.SaveFile(path.c_str());
+}
+
+std::string ConfigPath() { return AppPath("config.ini"); }
+
+std::string ReadConfig(const std::string& section, const std::string& key) {
+    return ReadIniValue(section, key, ConfigPath());
+}
+
+void WriteConfig(const std::string& section, const std::string& key, const std::string& value) {
+    WriteIniValue(section, key, ConfigPath(), value);
+}
+
+bool ReadConfigFlag(const std::string& section, const std::string& key) { return ReadConfig(section, key) == "1"; }
+
+double ReadConfigNumber(const std::string& section, const std::string& key) {
+    return LeadingNumber(ReadConfig(section, key));
+}
+
+bool EnsureConfigFile() {
+    std::error_code ec;
+    const std::string path = ConfigPath();
+    if (std::filesystem::exists(path, ec)) return false;
+    if (!AppFolder.empty()) std::filesystem::create_directories(AppFolder, ec);
+    CSimpleIniA ini(false, false, false);
+    for (const DefaultKey& k : FirstRunKeys) ini.SetValue(k.section, k.key, k.value);
+    return ini.SaveFile(path.c_str()) >= 0;
+}

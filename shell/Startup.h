@@ -1,0 +1,31 @@
+#pragma once
+// The start-up and close rules of the main window, kept apart from the window itself.
+#include <string>
+
+// What the start-up sequence asks of the main window.
+class StartupFrame {
+public:
+    virtual ~StartupFrame() = default;
+    virtual void SetMaximised(bool maximised) = 0;
+    virtual void ShowFrame() = 0;
+    virtual void ShowNewProject() = 0;  // shownew
+    virtual void EndProgram() = 0;
+};
+
+inline constexpr const char* ViewerQuestionTitle = "Cortona VRML plugin needed";
+inline constexpr const char* ViewerQuestion =
+    "You MUST download and install Cortona VRML plugin before you can use this program.\r\n\r\n"
+    "Do you want to download this now?";
+inline constexpr const char* ViewerDownloadAddress = "https://www.cortona3d.com/";
+inline constexpr const char* QuitQuestion = "Are you sure you want to quit VORN Terramason?   ";
+inline constexpr const char* StatusPanelText = "VORN Terramason v1.0";
+
+// Runs what follows the splash: window state, showing the frame, the viewer question and the
+// new-project dialog, each as config.ini says.
+void RunStartup(StartupFrame& frame);
+
+// The quit question; true when the user means it.
+bool ConfirmQuit();
+
+// "VORN Terramason" until a project exists, then "VORN Terramason - [design] - [Name]".
+std::string MainTitle(const std::string& projectName);

@@ -1,0 +1,85 @@
+#pragma once
+// The test double of the desktop: answers questions and dialogs from scripts given in order,
+// and records every message, page, process and progress text the program shows.
+#include <deque>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/Desktop.h"
+
+struct ShownMessage {
+    std::string text, title;
+    MessageIcon icon;
+    MessageButtons buttons;
+};
+
+class ScriptedDesktop : public Desktop {
+public:
+    ScriptedDesktop() { previous_ = InstallDesktop(this); }
+    ~ScriptedDesktop() override { InstallDesktop(previous_); }
+    ScriptedDesktop(const ScriptedDesktop&) = delete;
+    ScriptedDesktop& operator=(const ScriptedDesktop&) = delete;
+
+    // Scripts, consumed front first.
+    std::deque<MessageAnswer> answers;      // for boxes with more than an OK button
+    std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
+    std::map<std::string, std::string> registry;
+    std::string clipboard;
+
+    // Records.
+    std::vector<ShownMessage> messages;
+    std::vector<std::string> dialogTitles, pages, commands, loadingTexts;
+    int unansweredQuestions = 0;  // questions asked with an empty script (answered Cancel/No)
+    bool loadingShown = false;
+    int pumps = 0;
+
+    MessageAnswer Message(const std::string& text, const std::string& title, MessageIcon icon,
+                          MessageButtons buttons) override {
+        messages.push_back({text, title, icon, buttons});
+        if (buttons == MessageButtons::OK) return MessageAnswer::OK;
+        if (answers.empty()) {
+            ++unansweredQuestions;
+            return buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel;
+        }
+        MessageAnswer a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    std::string OpenFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+        return NextDialog(title);
+    }
+    std::string SaveFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+        return NextDialog(title);
+    }
+    std::string BrowseForFolder(const std::string& title) override { return NextDialog(title); }
+    std::int64_t StartProcess(const std::string& commandLine, WindowMode) override {
+        commands.push_back(commandLine);
+        return 0;
+    }
+    bool ProcessRunning(std::int64_t) override { return false; }
+    void EndProcess(std::int64_t) override {}
+    void OpenWebPage(const std::string& address) override { pages.push_back(address); }
+    std::string ClipboardText() override { return clipboard; }
+    void SetClipboardText(const std::string& text) override { clipboard = text; }
+    std::string RegistryValue(const std::string& path) override {
+        auto it = registry.find(path);
+        return it == registry.end() ? std::string() : it->second;
+    }
+    void ShowLoading(const std::string& text) override {
+        loadingTexts.push_back(text);
+        loadingShown = true;
+    }
+    void HideLoading() override { loadingShown = false; }
+    void ProcessEvents() override { ++pumps; }
+
+private:
+    std::string NextDialog(const std::string& title) {
+        dialogTitles.push_back(title);
+        if (dialogAnswers.empty()) return {};
+        std::string a = dialogAnswers.front();
+        dialogAnswers.pop_front();
+        return a;
+    }
+    Desktop* previous_ = nullptr;
+};
