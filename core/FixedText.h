@@ -13,6 +13,7 @@ public:
     FixedText() { bytes_.fill(' '); }
     FixedText(std::string_view text) { assign(text); }  // NOLINT: assignment from text is the point
     FixedText(const char* text) : FixedText(std::string_view(text)) {}
+    FixedText(const std::string& text) : FixedText(std::string_view(text)) {}  // NOLINT
 
     FixedText& operator=(std::string_view text) { assign(text); return *this; }
     FixedText& operator=(const char* text) { assign(text); return *this; }

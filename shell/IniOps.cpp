@@ -38,12 +38,21 @@ constexpr DefaultKey FirstRunKeys[] = {
     {"Import", "CrowdHeight", "260"},
     {"Stadium Importer", "AutoClose", "0"},
 };
+
+// Blanks at either end of a value would be lost to the file's own trimming, so such values are
+// written in double quotes, which the reader takes off again.
+bool NeedsQuotes(const std::string& value) {
+    if (value.empty()) return false;
+    auto blank = [](char c) { return c == ' ' || c == '\t'; };
+    return blank(value.front()) || blank(value.back()) || (value.size() >= 2 && value.front() == '"' && value.back() == '"');
+}
 }  // namespace
 
 std::string ReadIniValue(const std::string& section, const std::string& key, const std::string& path) {
     CSimpleIniA ini(false, false, false);
     if (ini.LoadFile(path.c_str()) < 0) return {};
     std::string value = ini.GetValue(section.c_str(), key.c_str(), "");
+    if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
     if (value.size() > ValueLimit) value.resize(ValueLimit);
     return value;
 }
@@ -53,7 +62,8 @@ void WriteIniValue(const std::string& section, const std::string& key, const std
     CSimpleIniA ini(false, false, false);
     std::error_code ec;
     if (std::filesystem::exists(path, ec) && ini.LoadFile(path.c_str()) < 0) return;  // unreadable: leave it be
-    ini.SetValue(section.c_str(), key.c_str(), value.c_str());
+    const std::string stored = NeedsQuotes(value) ? '"' + value + '"' : value;
+    ini.SetValue(section.c_str(), key.c_str(), stored.c_str());
     ini.SaveFile(path.c_str());
 }
 

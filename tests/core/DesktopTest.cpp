@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+#include "core/Desktop.h"
+#include "support/ScriptedDesktop.h"
+
+TEST(PumpEvents, RunsThePumpAtMostEveryFewMilliseconds) {
+    ScriptedDesktop desktop;
+    for (int i = 0; i < 1000000; ++i) PumpEvents();
+    // A million calls in a tight loop take far less than a second: a handful of pumps at most.
+    EXPECT_GE(desktop.pumps, 1);
+    EXPECT_LT(desktop.pumps, 100);
+    const int before = desktop.pumps;
+    std::this_thread::sleep_for(std::chrono::milliseconds(40));
+    PumpEvents();
+    EXPECT_EQ(desktop.pumps, before + 1) << "a call after a pause pumps";
+}
+
+TEST(GuardedRun, TurnsAnUnhandledFaultIntoOneBoxAndGoesOn) {
+    ScriptedDesktop desktop;
+    desktop.ShowLoading("Loading OIF file...");
+    const bool ran = GuardedRun("Saving the stadium", [] { throw std::runtime_error("Disk full."); });
+    EXPECT_FALSE(ran);
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    EXPECT_EQ(desktop.messages[0].text, "Saving the stadium failed.\r\n\r\nDisk full.");
+    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Critical);
+    EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
+    EXPECT_FALSE(desktop.loadingShown) << "a stopped operation does not leave the busy window up";
+    int calls = 0;
+    EXPECT_TRUE(GuardedRun("Counting", [&] { ++calls; }));
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(desktop.messages.size(), 1u);
+}
+
+TEST(InstallDesktop, FallsBackToTheQuietDesktopWhenRemoved) {
+    {
+        ScriptedDesktop desktop;
+        EXPECT_EQ(&TheDesktop(), &desktop);
+    }
+    EXPECT_NE(dynamic_cast<QuietDesktop*>(&TheDesktop()), nullptr);
+    EXPECT_EQ(TheDesktop().Message("q", "t", MessageIcon::Question, MessageButtons::OK), MessageAnswer::OK);
+}

@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include "core/ProgramState.h"
+#include "shell/IniOps.h"
+#include "shell/Startup.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+struct RecordingFrame : StartupFrame {
+    std::vector<std::string> steps;
+    void SetMaximised(bool maximised) override { steps.push_back(maximised ? "maximised" : "normal"); }
+    void ShowFrame() override { steps.push_back("show"); }
+    void ShowNewProject() override { steps.push_back("shownew"); }
+    void EndProgram() override { steps.push_back("end"); }
+};
+
+class Startup : public ::testing::Test {
+protected:
+    void SetUp() override { AppFolder = dir.path(); }
+    void TearDown() override { AppFolder.clear(); }
+    ScratchFolder dir;
+    ScriptedDesktop desktop;
+    RecordingFrame frame;
+    using Steps = std::vector<std::string>;
+};
+
+}  // namespace
+
+TEST_F(Startup, WithoutAConfigFileTheWindowOpensNormallyAndAsksNothing) {
+    RunStartup(frame);
+    EXPECT_EQ(frame.steps, (Steps{"normal", "show"}));
+    EXPECT_TRUE(desktop.messages.empty());
+}
+
+TEST_F(Startup, FollowsMaximiseAndNewProject) {
+    WriteConfig("Startup", "Maximise", "1");
+    WriteConfig("Startup", "NewProj", "1");
+    RunStartup(frame);
+    EXPECT_EQ(frame.steps, (Steps{"maximised", "show", "shownew"}));
+}
+
+TEST_F(Startup, ViewerQuestionAnsweredNoIsAskedOnceAndStartUpGoesOn) {
+    WriteConfig("Terramason", "Starter", "1");
+    WriteConfig("Startup", "NewProj", "1");
+    desktop.answers = {MessageAnswer::No};
+    RunStartup(frame);
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    const ShownMessage& q = desktop.messages[0];
+    EXPECT_EQ(q.title, "Cortona VRML plugin needed");
+    EXPECT_EQ(q.text,
+              "You MUST download and install Cortona VRML plugin before you can use this program.\r\n\r\n"
+              "Do you want to download this now?");
+    EXPECT_EQ(q.icon, MessageIcon::Question);
+    EXPECT_EQ(q.buttons, MessageButtons::YesNo);
+    EXPECT_EQ(ReadConfig("Terramason", "Starter"), "0");
+    EXPECT_TRUE(desktop.pages.empty());
+    EXPECT_EQ(frame.steps, (Steps{"normal", "show", "shownew"}));
+
+    RecordingFrame second;
+    RunStartup(second);
+    EXPECT_EQ(desktop.messages.size(), 1u) << "asked at most once";
+}
+
+TEST_F(Startup, ViewerQuestionAnsweredYesOpensThePageAndEndsTheProgram) {
+    WriteConfig("Terramason", "Starter", "1");
+    WriteConfig("Startup", "NewProj", "1");
+    desktop.answers = {MessageAnswer::Yes};
+    RunStartup(frame);
+    EXPECT_EQ(desktop.pages, (std::vector<std::string>{ViewerDownloadAddress}));
+    EXPECT_EQ(ReadConfig("Terramason", "Starter"), "0");
+    EXPECT_EQ(frame.steps, (Steps{"normal", "show", "end"}));
+}
+
+TEST_F(Startup, QuitQuestionKeepsItsTrailingBlanks) {
+    desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    EXPECT_FALSE(ConfirmQuit());
+    EXPECT_TRUE(ConfirmQuit());
+    ASSERT_EQ(desktop.messages.size(), 2u);
+    EXPECT_EQ(desktop.messages[0].text, "Are you sure you want to quit VORN Terramason?   ");
+    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
+}
+
+TEST(MainTitle, ShowsTheProjectOnceThereIsOne) {
+    EXPECT_EQ(MainTitle(""), "VORN Terramason");
+    EXPECT_EQ(MainTitle("Project1"), "VORN Terramason - [design] - [Project1]");
+}
