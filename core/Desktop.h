@@ -34,6 +34,16 @@ public:
     virtual std::int64_t StartProcess(const std::string& commandLine, WindowMode mode) = 0;
     virtual bool ProcessRunning(std::int64_t pid) = 0;
     virtual void EndProcess(std::int64_t pid) = 0;
+    // Starts a command hidden with its standard output and error going to outputFile.
+    virtual std::int64_t StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) {
+        (void)outputFile;
+        return StartProcess(commandLine, WindowMode::Hidden);
+    }
+    // The exit code of a process that has ended; -1 when it is not known.
+    virtual int ProcessExitCode(std::int64_t pid) {
+        (void)pid;
+        return -1;
+    }
 
     virtual void OpenWebPage(const std::string& address) = 0;
     virtual std::string ClipboardText() = 0;

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "core/Desktop.h"
+#include "shell/Processes.h"
+#include "shell/RegistryOps.h"
 
 struct ShownMessage {
     std::string text, title;
@@ -25,11 +27,16 @@ public:
     std::deque<MessageAnswer> answers;      // for boxes with more than an OK button
     std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
     std::map<std::string, std::string> registry;
+    // When set, registry values not in `registry` come from this Wine prefix and the per-user file.
+    std::string winePrefix;
+    // When set, commands really run (tests with fake tools); otherwise they are only recorded.
+    bool runProcesses = false;
     std::string clipboard;
 
     // Records.
     std::vector<ShownMessage> messages;
     std::vector<std::string> dialogTitles, pages, commands, loadingTexts;
+    std::vector<std::int64_t> ended;
     int unansweredQuestions = 0;  // questions asked with an empty script (answered Cancel/No)
     bool loadingShown = false;
     int pumps = 0;
@@ -55,16 +62,25 @@ public:
     std::string BrowseForFolder(const std::string& title) override { return NextDialog(title); }
     std::int64_t StartProcess(const std::string& commandLine, WindowMode) override {
         commands.push_back(commandLine);
-        return 0;
+        return runProcesses ? Processes::Start(commandLine) : 0;
     }
-    bool ProcessRunning(std::int64_t) override { return false; }
-    void EndProcess(std::int64_t) override {}
+    std::int64_t StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) override {
+        commands.push_back(commandLine);
+        return runProcesses ? Processes::Start(commandLine, outputFile) : 0;
+    }
+    bool ProcessRunning(std::int64_t pid) override { return Processes::Running(pid); }
+    int ProcessExitCode(std::int64_t pid) override { return Processes::ExitCode(pid); }
+    void EndProcess(std::int64_t pid) override {
+        ended.push_back(pid);
+        Processes::End(pid);
+    }
     void OpenWebPage(const std::string& address) override { pages.push_back(address); }
     std::string ClipboardText() override { return clipboard; }
     void SetClipboardText(const std::string& text) override { clipboard = text; }
     std::string RegistryValue(const std::string& path) override {
         auto it = registry.find(path);
-        return it == registry.end() ? std::string() : it->second;
+        if (it != registry.end()) return it->second;
+        return winePrefix.empty() ? std::string() : LinuxRegistryValue(path, RegistryFilePath(), winePrefix);
     }
     void ShowLoading(const std::string& text) override {
         loadingTexts.push_back(text);

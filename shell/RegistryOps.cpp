@@ -1,0 +1,221 @@
+#include "shell/RegistryOps.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "core/ProgramState.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string Lower(std::string s) {
+    for (char& c : s) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return s;
+}
+
+bool EqualNoCase(const std::string& a, const std::string& b) { return Lower(a) == Lower(b); }
+
+std::string Trim(const std::string& s) {
+    std::size_t a = 0, b = s.size();
+    while (a < b && std::isspace(static_cast<unsigned char>(s[a]))) ++a;
+    while (b > a && std::isspace(static_cast<unsigned char>(s[b - 1]))) --b;
+    return s.substr(a, b - a);
+}
+
+std::string ReadWhole(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return {};
+    std::ostringstream out;
+    out << in.rdbuf();
+    return out.str();
+}
+
+// Reads a quoted .reg string starting after its opening quote; stops after the closing quote.
+std::string ReadRegString(const std::string& text, std::size_t& i) {
+    std::string out;
+    while (i < text.size() && text[i] != '"') {
+        char c = text[i++];
+        if (c != '\\' || i >= text.size()) {
+            out += c;
+            continue;
+        }
+        const char e = text[i++];
+        switch (e) {
+        case 'n': out += '\n'; break;
+        case 'r': out += '\r'; break;
+        case 't': out += '\t'; break;
+        case '0': out += '\0'; break;
+        case 'x': {
+            // \xHHHH: a UTF-16 unit in hex; kept as UTF-8.
+            unsigned code = 0;
+            int digits = 0;
+            while (i < text.size() && digits < 4 && std::isxdigit(static_cast<unsigned char>(text[i]))) {
+                code = code * 16 + static_cast<unsigned>(std::stoi(std::string(1, text[i]), nullptr, 16));
+                ++i;
+                ++digits;
+            }
+            if (code < 0x80) out += static_cast<char>(code);
+            else if (code < 0x800) {
+                out += static_cast<char>(0xC0 | (code >> 6));
+                out += static_cast<char>(0x80 | (code & 0x3F));
+            } else {
+                out += static_cast<char>(0xE0 | (code >> 12));
+                out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+                out += static_cast<char>(0x80 | (code & 0x3F));
+            }
+            break;
+        }
+        default: out += e; break;
+        }
+    }
+    if (i < text.size()) ++i;  // closing quote
+    return out;
+}
+
+// The key of a section header line "[Software\\\\EA SPORTS\\\\FIFA 2003] 1234", unescaped.
+std::string SectionKey(const std::string& line) {
+    std::string key;
+    std::size_t i = 1;
+    while (i < line.size() && line[i] != ']') {
+        if (line[i] == '\\' && i + 1 < line.size() && line[i + 1] == '\\') {
+            key += '\\';
+            i += 2;
+        } else {
+            key += line[i++];
+        }
+    }
+    return key;
+}
+
+}  // namespace
+
+std::string RegistryFilePath() { return AppPath("registry.conf"); }
+
+std::string DefaultWinePrefix() {
+    if (const char* prefix = std::getenv("WINEPREFIX"); prefix && *prefix) return prefix;
+    if (const char* home = std::getenv("HOME"); home && *home) return std::string(home) + "/.wine";
+    return {};
+}
+
+bool FindRegValue(const std::string& regText, const std::string& key, const std::string& name, std::string& value) {
+    std::istringstream in(regText);
+    std::string line;
+    bool inKey = false;
+    const std::string wantName = name == "@" ? "" : name;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (line.empty()) continue;
+        if (line[0] == '[') {
+            inKey = EqualNoCase(SectionKey(line), key);
+            continue;
+        }
+        if (!inKey) continue;
+        std::size_t i = 0;
+        std::string valueName;
+        if (line[0] == '@') {
+            i = 1;
+        } else if (line[0] == '"') {
+            i = 1;
+            valueName = ReadRegString(line, i);
+        } else {
+            continue;
+        }
+        if (!EqualNoCase(valueName, wantName) || i >= line.size() || line[i] != '=') continue;
+        ++i;
+        std::string data = line.substr(i);
+        if (!data.empty() && data[0] == '"') {
+            std::size_t j = i + 1;
+            value = ReadRegString(line, j);
+            return true;
+        }
+        if (data.rfind("str(2):\"", 0) == 0 || data.rfind("str(7):\"", 0) == 0) {
+            std::size_t j = i + 8;
+            value = ReadRegString(line, j);
+            return true;
+        }
+        if (data.rfind("dword:", 0) == 0) {
+            value = std::to_string(std::strtoul(data.c_str() + 6, nullptr, 16));
+            return true;
+        }
+        value.clear();  // binary and other kinds have no text form here
+        return true;
+    }
+    return false;
+}
+
+std::string WindowsPathToLocal(const std::string& windowsPath, const std::string& winePrefix) {
+    if (windowsPath.size() < 3 || !std::isalpha(static_cast<unsigned char>(windowsPath[0])) || windowsPath[1] != ':' ||
+        (windowsPath[2] != '\\' && windowsPath[2] != '/') || winePrefix.empty())
+        return windowsPath;
+    const char drive = static_cast<char>(std::tolower(static_cast<unsigned char>(windowsPath[0])));
+    fs::path base = fs::path(winePrefix) / "dosdevices" / (std::string(1, drive) + ":");
+    std::error_code ec;
+    if (!fs::exists(base, ec)) base = drive == 'c' ? fs::path(winePrefix) / "drive_c" : base;
+    std::vector<std::string> elements;
+    std::string element;
+    for (std::size_t i = 3; i <= windowsPath.size(); ++i) {
+        if (i == windowsPath.size() || windowsPath[i] == '\\' || windowsPath[i] == '/') {
+            if (!element.empty()) elements.push_back(element);
+            element.clear();
+        } else {
+            element += windowsPath[i];
+        }
+    }
+    fs::path local = base;
+    for (const std::string& e : elements) {
+        fs::path exact = local / e;
+        if (!fs::exists(exact, ec) && fs::is_directory(local, ec)) {
+            for (const auto& entry : fs::directory_iterator(local, ec))
+                if (EqualNoCase(entry.path().filename().string(), e)) {
+                    exact = entry.path();
+                    break;
+                }
+        }
+        local = exact;
+    }
+    std::string result = local.string();
+    const char last = windowsPath.back();
+    if ((last == '\\' || last == '/') && (result.empty() || result.back() != '/')) result += '/';
+    return result;
+}
+
+std::string LinuxRegistryValue(const std::string& valuePath, const std::string& registryFile,
+                               const std::string& winePrefix) {
+    std::ifstream file(registryFile);
+    std::string line;
+    while (file && std::getline(file, line)) {
+        const std::string t = Trim(line);
+        if (t.empty() || t[0] == '#' || t[0] == ';') continue;
+        const std::size_t eq = t.find('=');
+        if (eq == std::string::npos) continue;
+        if (EqualNoCase(Trim(t.substr(0, eq)), valuePath))
+            return WindowsPathToLocal(Trim(t.substr(eq + 1)), winePrefix);
+    }
+    if (winePrefix.empty()) return {};
+
+    const std::size_t firstSep = valuePath.find('\\');
+    const std::size_t lastSep = valuePath.rfind('\\');
+    if (firstSep == std::string::npos || lastSep == firstSep) return {};
+    const std::string hive = Lower(valuePath.substr(0, firstSep));
+    const std::string key = valuePath.substr(firstSep + 1, lastSep - firstSep - 1);
+    const std::string name = valuePath.substr(lastSep + 1);
+    std::string regFile;
+    if (hive == "hkey_local_machine" || hive == "hklm") regFile = "system.reg";
+    else if (hive == "hkey_current_user" || hive == "hkcu") regFile = "user.reg";
+    else return {};
+    const std::string text = ReadWhole((fs::path(winePrefix) / regFile).string());
+    std::string value;
+    if (FindRegValue(text, key, name, value)) return WindowsPathToLocal(value, winePrefix);
+    // 32-bit programs in a 64-bit prefix keep their keys under Wow6432Node.
+    const std::size_t sep = key.find('\\');
+    if (sep != std::string::npos) {
+        const std::string wow = key.substr(0, sep) + "\\Wow6432Node" + key.substr(sep);
+        if (FindRegValue(text, wow, name, value)) return WindowsPathToLocal(value, winePrefix);
+    }
+    return {};
+}

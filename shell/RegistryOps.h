@@ -1,0 +1,25 @@
+#pragma once
+// Registry values on Linux: a per-user file of values, then the registry files of a Wine prefix.
+#include <string>
+
+// The per-user file of registry values in AppFolder: one "full value path=value" per line,
+// '#' or ';' starting a comment.
+std::string RegistryFilePath();
+
+// The Wine prefix used when none is given: WINEPREFIX, else ~/.wine.
+std::string DefaultWinePrefix();
+
+// A value by its full path: first the per-user file, then the prefix's system.reg (for
+// HKEY_LOCAL_MACHINE) or user.reg (HKEY_CURRENT_USER), also under Wow6432Node. Windows paths
+// in values come back as paths inside the prefix. Missing everywhere: "".
+std::string LinuxRegistryValue(const std::string& valuePath, const std::string& registryFile,
+                               const std::string& winePrefix);
+
+// A value of one .reg file's text: key without the hive ("Software\\EA SPORTS\\FIFA 2003"),
+// value name ("" or "@" for the default value). Strings are unescaped, dwords given in decimal.
+// Found: true and `value` set.
+bool FindRegValue(const std::string& regText, const std::string& key, const std::string& name, std::string& value);
+
+// "C:\\Program Files\\x" as a path inside the Wine prefix; where the exact path does not exist,
+// each element is matched without regard to case, as Windows would. Other text is unchanged.
+std::string WindowsPathToLocal(const std::string& windowsPath, const std::string& winePrefix);

@@ -1,0 +1,57 @@
+#pragma once
+// A fake machine for project and save tests: a Wine prefix whose registry names a game folder
+// and an OIFTool folder, a game archive, and tool scripts that record how they were called.
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+
+#include "core/ProgramState.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+struct FakeMachine {
+    ScratchFolder dir;
+    ScriptedDesktop desktop;
+    std::string prefix, game, oiftool, log;
+
+    FakeMachine() {
+        namespace fs = std::filesystem;
+        AppFolder = dir.file("app");
+        prefix = dir.file("wine");
+        game = prefix + "/drive_c/Program Files/EA SPORTS/FIFA 2003";
+        oiftool = prefix + "/drive_c/Tools/OIFTool";
+        log = dir.file("calls.log");
+        fs::create_directories(AppFolder);
+        fs::create_directories(oiftool);
+        desktop.winePrefix = prefix;
+        desktop.runProcesses = true;
+    }
+    ~FakeMachine() { AppFolder.clear(); }
+
+    void Text(const std::string& path, const std::string& text) {
+        std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+        WriteFile(path, std::vector<std::uint8_t>(text.begin(), text.end()));
+    }
+    void Script(const std::string& path, const std::string& body) {
+        Text(path, "#!/bin/sh\n" + body + "\n");
+        ::chmod(path.c_str(), 0755);
+    }
+    void InstallGame() {
+        Text(prefix + "/system.reg", "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1\n"
+                                     "\"Install Dir\"=\"C:\\\\Program Files\\\\EA SPORTS\\\\FIFA 2003\"\n");
+        Text(game + "/data/stad5.big", "BIGF five");
+        Text(game + "/data/stad58.big", "BIGF fifty-eight");
+    }
+    void InstallGfxpak() { Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + log + "'"); }
+    void RegisterOIFTool() {
+        Text(prefix + "/user.reg", "WINE REGISTRY Version 2\n\n[Software\\\\Problems Inc\\\\OIFTool] 1\n"
+                                   "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\n");
+    }
+    // A converter that copies `made` to its target, or fails with a log when `made` is empty.
+    void InstallConverter(const std::string& made) {
+        if (made.empty())
+            Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; echo 'Plugin fifastadadp: bad chunk'; exit 3");
+        else
+            Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; cp '" + made + "' \"$3\"");
+    }
+};
