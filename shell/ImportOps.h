@@ -1,0 +1,20 @@
+#pragma once
+// "&Import to OIF...": adding the parts of another stadium file to the current document.
+#include <string>
+
+inline constexpr const char* ImportTitle = "Import";
+inline constexpr const char* ImportFilter =
+    "All Supported Files|*.oif;*.o;*.3ds|O Intermediate Files (*.oif)|*.oif|Stadium O Files (*.o)|*.o|"
+    "Autodesk 3DS (*.3ds)|*.3ds|All Files|*.*";
+inline constexpr const char* UnsupportedFileMessage = "File type not supported!";
+
+// Loads the .oif at path and appends each of its parts to CurrentProject.OIF; a refused file
+// adds nothing. Returns the number of parts added.
+int importoif(const std::string& path);
+// Converts a .o through the converter into the hand-over file and imports that.
+int importo(const std::string& path);
+// Imports one file by its extension; an extension it cannot read is told and changes nothing.
+// Returns false when the file type is not supported.
+bool ImportByExtension(const std::string& path);
+// The command: asks for a file (again while the chosen one does not exist) and imports it.
+void importfile();

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/OIFOps.h"
+#include "core/Views.h"
+#include "shell/ImportOps.h"
+#include "shell/ProjectTestKit.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+struct CountingViews : Views {
+    int refreshed = 0, loaded = 0;
+    void RefreshPartsList() override { ++refreshed; }
+    void loadviews() override { ++loaded; }
+};
+
+Bytes PartsFile(int parts) {
+    Bytes b;
+    b.raw("OiFF").i16(1).i16(1).i32(0).i32(0).i32(0).i32(parts);
+    for (int i = 0; i < parts; ++i) b.field("Imported", 28).raw("cr0" + std::to_string(i)).i32(0).i32(0);
+    return b;
+}
+
+class Importing : public ::testing::Test {
+protected:
+    void SetUp() override {
+        CurrentProject.OIF = NewOIFFile();
+        OIFPart own;
+        own.Header.Name = "Own";
+        CurrentProject.OIF = AddPart(own, CurrentProject.OIF);
+        InstallViews(&views);
+    }
+    void TearDown() override {
+        InstallViews(nullptr);
+        ResetProgramState();
+    }
+    FakeMachine m;
+    CountingViews views;
+};
+}  // namespace
+
+TEST_F(Importing, OIFPartsAreAppendedAfterTheOwnOnes) {
+    WriteFile(m.dir.file("two.oif"), PartsFile(2).data);
+    m.desktop.dialogAnswers = {m.dir.file("missing.oif"), m.dir.file("two.oif")};
+    importfile();
+    EXPECT_EQ(m.desktop.dialogTitles.size(), 2u) << "a missing file asks again";
+    ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 3);
+    EXPECT_EQ(CurrentProject.OIF.Parts[0].Header.Name.str().substr(0, 3), "Own");
+    EXPECT_EQ(CurrentProject.OIF.Parts[2].Header.Texture.str(), "cr01");
+    EXPECT_EQ(views.refreshed, 1);
+    EXPECT_EQ(views.loaded, 1);
+}
+
+TEST_F(Importing, ARefusedFileLeavesTheDocumentAsItWas) {
+    const OIFFile before = CurrentProject.OIF;
+    Bytes bad = PartsFile(2);
+    bad.data.resize(bad.data.size() - 3);
+    WriteFile(m.dir.file("bad.oif"), bad.data);
+    EXPECT_EQ(importoif(m.dir.file("bad.oif")), 0);
+    EXPECT_EQ(CurrentProject.OIF, before);
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF file!");
+}
+
+TEST_F(Importing, UnsupportedTypesAreToldAndCancelDoesNothing) {
+    m.Text(m.dir.file("model.CSV"), "x");
+    m.desktop.dialogAnswers = {m.dir.file("model.CSV"), ""};
+    importfile();
+    importfile();
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_EQ(m.desktop.messages[0].text, "File type not supported!");
+    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 1);
+    EXPECT_EQ(views.refreshed, 0);
+}
+
+TEST_F(Importing, OFilesGoThroughTheConverterAndTheHandOverFileIsRemoved) {
+    m.RegisterOIFTool();
+    WriteFile(m.dir.file("made.oif"), PartsFile(1).data);
+    m.InstallConverter(m.dir.file("made.oif"));
+    m.Text(m.dir.file("stadium.o"), "O");
+    EXPECT_EQ(importo(m.dir.file("stadium.o")), 1);
+    EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 2);
+    EXPECT_FALSE(fs::exists(AppFolder + "/tempoif.oif"));
+    EXPECT_TRUE(m.desktop.messages.empty());
+
+    m.InstallConverter("");
+    EXPECT_EQ(importo(m.dir.file("stadium.o")), 0);
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF file!\r\n\r\nPlugin fifastadadp: bad chunk\n");
+    EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 2);
+}
