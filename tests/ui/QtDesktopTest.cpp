@@ -1,0 +1,128 @@
+// The Qt side of the desktop seam: what the program's filters, command lines and message texts
+// become when they reach Qt and the system.
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+#include <QtTest>
+
+#include "shell/ui/QtDesktop.h"
+
+namespace {
+
+struct SeenBox {
+    QString text, title;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons;
+};
+
+// Waits for the next modal message box, notes what it shows and presses `press` on it.
+void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton press) {
+    auto* poll = new QTimer;
+    QObject::connect(poll, &QTimer::timeout, poll, [poll, &seen, press] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box || !box->isVisible()) return;
+        poll->stop();
+        poll->deleteLater();
+        seen = {box->text(), box->windowTitle(), box->icon(), box->standardButtons()};
+        box->button(press)->click();
+    });
+    poll->start(20);
+}
+
+}  // namespace
+
+class QtDesktopTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void filtersTakeQtsForm_data() {
+        QTest::addColumn<QString>("filter");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("one pair") << "OIF Files|*.oif" << "OIF Files (*.oif)";
+        QTest::newRow("several patterns") << "3D Studio|*.3ds;*.3DS" << "3D Studio (*.3ds *.3DS)";
+        QTest::newRow("several pairs") << "OIF file|*.oif|O file|*.o" << "OIF file (*.oif);;O file (*.o)";
+        QTest::newRow("patterns already in the description")
+            << "Text Files (*.txt)|*.txt|All Files (*.*)|*.*" << "Text Files (*.txt);;All Files (*.*)";
+        QTest::newRow("brackets without patterns stay") << "Bitmap (24 bit)|*.bmp" << "Bitmap (24 bit) (*.bmp)";
+        QTest::newRow("dangling description is dropped") << "CSV|*.csv|Half" << "CSV (*.csv)";
+        QTest::newRow("empty") << "" << "";
+    }
+    void filtersTakeQtsForm() {
+        QFETCH(QString, filter);
+        QFETCH(QString, expected);
+        QCOMPARE(QtFileFilter(filter.toStdString()), expected);
+    }
+
+    void messageBoxShowsTheTextWithNewlinesAndReturnsTheAnswer_data() {
+        QTest::addColumn<int>("icon");
+        QTest::addColumn<int>("buttons");
+        QTest::addColumn<int>("press");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<int>("qtIcon");
+        QTest::newRow("question, No") << int(MessageIcon::Question) << int(MessageButtons::YesNo)
+                                      << int(QMessageBox::No) << int(MessageAnswer::No) << int(QMessageBox::Question);
+        QTest::newRow("exclamation, Yes") << int(MessageIcon::Exclamation) << int(MessageButtons::YesNo)
+                                          << int(QMessageBox::Yes) << int(MessageAnswer::Yes) << int(QMessageBox::Warning);
+        QTest::newRow("critical, OK") << int(MessageIcon::Critical) << int(MessageButtons::OK) << int(QMessageBox::Ok)
+                                      << int(MessageAnswer::OK) << int(QMessageBox::Critical);
+        QTest::newRow("retry") << int(MessageIcon::Information) << int(MessageButtons::RetryCancel)
+                               << int(QMessageBox::Retry) << int(MessageAnswer::Retry) << int(QMessageBox::Information);
+        QTest::newRow("cancel of three") << int(MessageIcon::None) << int(MessageButtons::YesNoCancel)
+                                         << int(QMessageBox::Cancel) << int(MessageAnswer::Cancel) << int(QMessageBox::NoIcon);
+    }
+    void messageBoxShowsTheTextWithNewlinesAndReturnsTheAnswer() {
+        QFETCH(int, icon);
+        QFETCH(int, buttons);
+        QFETCH(int, press);
+        QFETCH(int, answer);
+        QFETCH(int, qtIcon);
+        QtDesktop desktop;
+        SeenBox seen;
+        AnswerNextBox(seen, QMessageBox::StandardButton(press));
+        const MessageAnswer got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason",
+                                                  MessageIcon(icon), MessageButtons(buttons));
+        QCOMPARE(int(got), answer);
+        QCOMPARE(seen.text, QString("First line\n\nThird line"));
+        QCOMPARE(seen.title, QString("VORN Terramason"));
+        QCOMPARE(int(seen.icon), qtIcon);
+        QVERIFY(seen.buttons & QMessageBox::StandardButton(press));
+    }
+
+    void processesStartRunAndEnd() {
+        QtDesktop desktop;
+        const std::int64_t sleeper = desktop.StartProcess("\"/bin/sleep\" 30", WindowMode::Hidden);
+        QVERIFY(sleeper > 0);
+        QVERIFY(desktop.ProcessRunning(sleeper));
+        desktop.EndProcess(sleeper);
+        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(sleeper), 5000);
+
+        const std::int64_t quitter = desktop.StartProcess("/bin/sh -c \"exit 3\"", WindowMode::Normal);
+        QVERIFY(quitter > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(quitter), 5000);
+        QCOMPARE(desktop.ProcessExitCode(quitter), 3);
+
+        QCOMPARE(desktop.StartProcess("\"/nonexistent/folder/oiftool.exe\" -x", WindowMode::Normal), std::int64_t(0));
+    }
+
+    void capturedProcessWritesItsOutputToTheFile() {
+        QTemporaryDir dir;
+        const std::string log = dir.filePath("tool.log").toStdString();
+        QtDesktop desktop;
+        const std::int64_t pid = desktop.StartCapturedProcess("/bin/sh -c \"echo converted; echo failed >&2\"", log);
+        QVERIFY(pid > 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(pid), 5000);
+        QFile out(QString::fromStdString(log));
+        QVERIFY(out.open(QIODevice::ReadOnly));
+        QCOMPARE(out.readAll(), QByteArray("converted\nfailed\n"));
+    }
+
+    void clipboardTextGoesBothWays() {
+        QtDesktop desktop;
+        desktop.SetClipboardText("tp01 cr02 \xC3\xA9");
+        QCOMPARE(desktop.ClipboardText(), std::string("tp01 cr02 \xC3\xA9"));
+    }
+};
+
+QTEST_MAIN(QtDesktopTest)
+#include "QtDesktopTest.moc"
