@@ -1,0 +1,42 @@
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QStandardPaths>
+
+#include "core/Desktop.h"
+#include "core/ProgramState.h"
+#include "shell/IniOps.h"
+#include "shell/ui/QtDesktop.h"
+#include "shell/ui/Resources.h"
+#include "shell/ui/stadiumsplash.h"
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("VORN"));
+    QApplication::setApplicationName(QStringLiteral("terramason"));
+    QApplication::setApplicationDisplayName(QStringLiteral("VORN Terramason"));
+    LoadResources();
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/terramason.png")));
+    // The program ends only by the quit question or the viewer download; the splash closing
+    // before the main window is shown must not end it.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    // The program folder of the original held config.ini and temp beside the program file; here
+    // it is the user's own data folder, which the user can write.
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QDir().mkpath(folder + QStringLiteral("/temp"));
+    AppFolder = QDir::cleanPath(folder).toStdString();
+    EnsureConfigFile();
+
+    QtDesktop desktop;
+    InstallDesktop(&desktop);
+
+    int result = 0;
+    {
+        stadiumsplash splash;
+        splash.show();
+        result = QApplication::exec();
+    }
+    InstallDesktop(nullptr);
+    return result;
+}

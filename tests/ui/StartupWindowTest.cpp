@@ -1,0 +1,325 @@
+// The start-up and close of the editor, driven through the real windows with the scripted
+// desktop answering the questions. config.ini lives in a scratch folder per test.
+#include <QAction>
+#include <QCursor>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QPointer>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QtTest>
+
+#include <memory>
+
+#include "core/OIFOps.h"
+#include "core/ProgramState.h"
+#include "shell/IniOps.h"
+#include "shell/Startup.h"
+#include "shell/ui/QtDesktop.h"
+#include "shell/ui/stadiumsplash.h"
+#include "shell/ui/vorn.h"
+#include "shell/ui/vornloading.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+// Runs the application's own event loop until something ends it, as main() does. Gives -1 if
+// nothing ended it within five seconds.
+int RunEventLoop(const std::function<void()>& first) {
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, [] { QCoreApplication::exit(-1); });
+    watchdog.start(5000);
+    QTimer::singleShot(0, first);
+    return QCoreApplication::exec();
+}
+
+// A subwindow standing in for the working windows of a project.
+QPointer<QWidget> AddChildWindow(vorn& w) {
+    QPointer<QWidget> child = new QWidget;
+    QMdiSubWindow* sub = w.mdiArea()->addSubWindow(child);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    sub->show();
+    return child;
+}
+
+// The real desktop, watched at every turn of the event pump, where a long operation hands the
+// windows their time.
+class WatchedDesktop : public QtDesktop {
+public:
+    struct Moment {
+        bool loadingVisible;
+        QString loadingText;
+        Qt::CursorShape frameCursor;
+    };
+    std::vector<Moment> moments;
+
+    void ProcessEvents() override {
+        vornloading* l = loadingWindow();
+        vorn* frame = vorn::instance();
+        moments.push_back({l && l->isVisible(), l ? l->loadtext()->text() : QString(),
+                           frame ? frame->cursor().shape() : Qt::BlankCursor});
+        QtDesktop::ProcessEvents();
+    }
+};
+
+}  // namespace
+
+class StartupWindowTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScratchFolder> folder_;
+    std::unique_ptr<ScriptedDesktop> desktop_;
+
+private slots:
+    void init() {
+        ResetProgramState();
+        folder_ = std::make_unique<ScratchFolder>();
+        AppFolder = folder_->path();
+        desktop_ = std::make_unique<ScriptedDesktop>();
+    }
+
+    void cleanup() {
+        desktop_.reset();
+        folder_.reset();
+        AppFolder.clear();
+        ResetProgramState();
+    }
+
+    void splashShowsItsCaptionsAndHandsOverToVornWhenItsTimerFires() {
+        stadiumsplash splash;
+        splash.show();
+        QCOMPARE(splash.findChild<QLabel*>("Label1")->text(), QString("Version 1.2"));
+        QCOMPARE(splash.findChild<QLabel*>("Label2")->text(), QString("02.10.03"));
+        QCOMPARE(splash.findChild<QLabel*>("Label3")->text(), QString("Build 1.2.4"));
+        QVERIFY(splash.windowFlags() & Qt::FramelessWindowHint);
+        QCOMPARE(splash.Timer1()->interval(), 2000);
+        QVERIFY(splash.Timer1()->isSingleShot());
+        QVERIFY(splash.Timer1()->isActive());
+        QVERIFY(!splash.mainWindow());
+
+        QTRY_VERIFY_WITH_TIMEOUT(splash.mainWindow() && splash.mainWindow()->isVisible(), 5000);
+        QVERIFY(!splash.isVisible());
+        QVERIFY(!splash.Timer1()->isActive());
+        QCOMPARE(vorn::instance(), splash.mainWindow());
+    }
+
+    void missingConfigStartsInNormalStateWithoutQuestions() {
+        stadiumsplash splash;
+        splash.Timer1Timer();
+        vorn* w = splash.mainWindow();
+        QVERIFY(w && w->isVisible());
+        QVERIFY(!w->isMaximized());
+        QVERIFY(desktop_->messages.empty());
+        QVERIFY(desktop_->pages.empty());
+    }
+
+    void maximiseKeyDecidesTheWindowState_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("maximised");
+        QTest::newRow("1") << "1" << true;
+        QTest::newRow("0") << "0" << false;
+        QTest::newRow("empty") << "" << false;
+        QTest::newRow("-1 is not true") << "-1" << false;
+    }
+    void maximiseKeyDecidesTheWindowState() {
+        QFETCH(QString, value);
+        QFETCH(bool, maximised);
+        WriteConfig("Startup", "Maximise", value.toStdString());
+        stadiumsplash splash;
+        splash.Timer1Timer();
+        QVERIFY(splash.mainWindow()->isVisible());
+        QCOMPARE(splash.mainWindow()->isMaximized(), maximised);
+    }
+
+    void viewerQuestionAnsweredNoIsAskedOnceAndStartUpGoesOn() {
+        WriteConfig("Terramason", "Starter", "1");
+        desktop_->answers = {MessageAnswer::No};
+        {
+            stadiumsplash splash;
+            splash.Timer1Timer();
+            QVERIFY(splash.mainWindow()->isVisible());
+        }
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+        const ShownMessage& m = desktop_->messages[0];
+        QCOMPARE(m.text,
+                 std::string("You MUST download and install Cortona VRML plugin before you can use this program.\r\n"
+                             "\r\nDo you want to download this now?"));
+        QCOMPARE(m.title, std::string("Cortona VRML plugin needed"));
+        QCOMPARE(m.icon, MessageIcon::Question);
+        QCOMPARE(m.buttons, MessageButtons::YesNo);
+        QCOMPARE(ReadConfig("Terramason", "Starter"), std::string("0"));
+        QVERIFY(desktop_->pages.empty());
+
+        stadiumsplash again;
+        again.Timer1Timer();
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+    }
+
+    void viewerQuestionAnsweredYesOpensTheDownloadPageAndEndsTheProgram() {
+        WriteConfig("Terramason", "Starter", "1");
+        desktop_->answers = {MessageAnswer::Yes};
+        stadiumsplash splash;
+        splash.show();
+        QCOMPARE(RunEventLoop([&] { splash.Timer1Timer(); }), 0);
+        QCOMPARE(desktop_->pages, std::vector<std::string>{ViewerDownloadAddress});
+        QCOMPARE(ReadConfig("Terramason", "Starter"), std::string("0"));
+    }
+
+    void loadOfVornTurnsPreviewRefreshOnAndBuildsTheFrame() {
+        PreviewRefreshOn = false;
+        vorn w;
+        QVERIFY(PreviewRefreshOn);
+        QVERIFY(w.findChild<QToolBar*>("Toolbar1"));
+        QCOMPARE(w.statusBar()->objectName(), QString("StatusBar1"));
+
+        const QList<QAction*> menus = w.menuBar()->actions();
+        QCOMPARE(menus.size(), 1);
+        QCOMPARE(menus[0]->text(), QString("&File"));
+        const QList<QAction*> file = menus[0]->menu()->actions();
+        QCOMPARE(file.size(), 1);
+        QCOMPARE(file[0]->text(), QString("E&xit"));
+        QCOMPARE(file[0]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    }
+
+    void statusPanelHoldsTheProgramNameInAThirdOfTheBar() {
+        vorn w;
+        w.resize(900, 600);
+        w.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        QLabel* panel = w.commentline();
+        QCOMPARE(panel->text(), QString("VORN Terramason v1.0"));
+        QCOMPARE(w.statusBar()->findChildren<QLabel*>().size(), 1);
+        QTRY_COMPARE(panel->width(), w.statusBar()->width() / 3);
+
+        QVERIFY(panel->x() < panel->width());  // panel 1: the left end of the bar
+
+        w.resize(1230, 600);
+        QTRY_COMPARE(w.statusBar()->width(), w.width());
+        QTRY_COMPARE(panel->width(), w.statusBar()->width() / 3);
+
+        // A menu entry's status tip must not cover the panel.
+        QStatusTipEvent tip("Opens a project");
+        QCoreApplication::sendEvent(&w, &tip);
+        QVERIFY(w.statusBar()->currentMessage().isEmpty());
+        QVERIFY(panel->isVisible());
+    }
+
+    void titleShowsTheProjectOnceThereIsOne() {
+        vorn w;
+        QCOMPARE(w.windowTitle(), QString("VORN Terramason"));
+        CurrentProject.Name = "Wembley";
+        w.refreshTitle();
+        QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - [Wembley]"));
+        CurrentProject.Name = "Caf\xE9";  // document text is Windows-1252
+        w.refreshTitle();
+        QCOMPARE(w.windowTitle(), QString::fromUtf8("VORN Terramason - [design] - [Caf\xC3\xA9]"));
+    }
+
+    void refusedQuitKeepsVornOpenAndCreatesNoChildWithoutProject_data() {
+        QTest::addColumn<bool>("throughMenu");
+        QTest::newRow("close box") << false;
+        QTest::newRow("File, Exit") << true;
+    }
+    void refusedQuitKeepsVornOpenAndCreatesNoChildWithoutProject() {
+        QFETCH(bool, throughMenu);
+        vorn w;
+        w.show();
+        QPointer<QWidget> child = AddChildWindow(w);
+        desktop_->answers = {MessageAnswer::No};
+
+        if (throughMenu) w.menuAction("E&xit")->trigger();
+        else QVERIFY(!w.close());
+
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+        const ShownMessage& m = desktop_->messages[0];
+        QCOMPARE(m.text, std::string("Are you sure you want to quit VORN Terramason?   "));
+        QCOMPARE(m.title, std::string("VORN Terramason"));
+        QCOMPARE(m.icon, MessageIcon::Exclamation);
+        QCOMPARE(m.buttons, MessageButtons::YesNo);
+        QVERIFY(w.isVisible());
+        // The children went with the close; with no project nothing brings them back.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(child.isNull());
+        QVERIFY(w.mdiArea()->subWindowList().isEmpty());
+    }
+
+    void refusedQuitWithAProjectKeepsVornOpen() {
+        CurrentProject.Name = "Highbury";
+        vorn w;
+        w.show();
+        desktop_->answers = {MessageAnswer::No};
+        QVERIFY(!w.close());
+        QVERIFY(w.isVisible());
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+        QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - [Highbury]"));
+    }
+
+    void confirmedQuitEndsTheEventLoop() {
+        vorn w;
+        w.show();
+        desktop_->answers = {MessageAnswer::Yes};
+        QCOMPARE(RunEventLoop([&] { w.close(); }), 0);
+        QVERIFY(!w.isVisible());
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+    }
+
+    void progressWindowShowsItsTextWithTheBusyPointer() {
+        vorn w;
+        w.show();
+        vornloading loading(&w);
+        QCOMPARE(loading.windowTitle(), QString("Loading"));
+        QCOMPARE(loading.loadtext()->text(), QString("Loading ..."));
+        QVERIFY(loading.windowFlags() & Qt::Tool);
+
+        loading.showLoading("Creating crowds...");
+        QVERIFY(loading.isVisible());
+        QCOMPARE(loading.loadtext()->text(), QString("Creating crowds..."));
+        QCOMPARE(loading.cursor().shape(), Qt::WaitCursor);
+        QCOMPARE(w.cursor().shape(), Qt::WaitCursor);
+        QVERIFY(!loading.isModal());
+
+        loading.hideLoading();
+        QVERIFY(!loading.isVisible());
+        QCOMPARE(loading.cursor().shape(), Qt::ArrowCursor);
+        QCOMPARE(w.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void loadOIFShowsTheProgressWindowWhileItReads() {
+        const std::string path = folder_->file("small.oif");
+        Bytes b;
+        b.raw("OiFF").i16(3).i16(1).i32(0).i32(0).i32(0).i32(2);
+        for (const char* name : {"one", "two"}) {
+            b.field(name, 28).raw("tp01").i32(3).i32(3);
+            b.vertex(0, 0, 0, 0, 0, 0).vertex(1, 0, 0, 0, 1, 0).vertex(0, 1, 0, 0, 0, 1);
+            b.i16(0).i16(1).i16(2);
+        }
+        WriteFile(path, b.data);
+
+        vorn w;
+        w.show();
+        WatchedDesktop real;
+        Desktop* scripted = InstallDesktop(&real);
+        bool ok = false;
+        const OIFFile doc = LoadOIF(path, &ok);
+        InstallDesktop(scripted);
+
+        QVERIFY(ok);
+        QCOMPARE(doc.Parts.size(), std::size_t(2));
+        QVERIFY(!real.moments.empty());
+        for (const WatchedDesktop::Moment& m : real.moments) {
+            QVERIFY(m.loadingVisible);
+            QCOMPARE(m.loadingText, QString("Loading OIF file..."));
+            QCOMPARE(m.frameCursor, Qt::WaitCursor);
+        }
+        QVERIFY(real.loadingWindow() && !real.loadingWindow()->isVisible());
+        QCOMPARE(w.cursor().shape(), Qt::ArrowCursor);
+    }
+};
+
+QTEST_MAIN(StartupWindowTest)
+#include "StartupWindowTest.moc"
