@@ -21,9 +21,10 @@ int main(int argc, char** argv) {
     // before the main window is shown must not end it.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // The program folder of the original held config.ini and temp beside the program file; here
-    // it is the user's own data folder, which the user can write.
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    // config.ini, the scratch folder and the hand-over files live in the user's own data folder:
+    // the install stays read-only.
+    const QString folder =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/terramason");
     QDir().mkpath(folder + QStringLiteral("/temp"));
     AppFolder = QDir::cleanPath(folder).toStdString();
     EnsureConfigFile();

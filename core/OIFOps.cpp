@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstring>
+#include <map>
 #include <stdexcept>
 
 #include "core/Desktop.h"
@@ -50,10 +51,15 @@ void ReadIndices(const ByteBuffer& b, std::size_t pos, std::vector<std::int16_t>
     }
 }
 
-void WriteVertices(ByteBuffer& b, std::size_t pos, const std::vector<OIFVertex>& in) {
+// The writers append to a buffer whose capacity is already reserved: a buffer sized up front
+// would be zero-filled first, and for a large stadium that fill, not the copy, is what costs.
+void AppendVertices(ByteBuffer& b, const std::vector<OIFVertex>& in) {
     if constexpr (BlockCopy) {
-        if (!in.empty()) std::memcpy(b.data() + pos, in.data(), in.size() * VertexSize);
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(in.data());
+        b.insert(b.end(), bytes, bytes + in.size() * VertexSize);
     } else {
+        std::size_t pos = b.size();
+        b.resize(pos + in.size() * VertexSize);
         for (const OIFVertex& v : in) {
             binaryOps::PutF32(b, pos, v.X);
             binaryOps::PutF32(b, pos + 4, v.Y);
@@ -66,10 +72,13 @@ void WriteVertices(ByteBuffer& b, std::size_t pos, const std::vector<OIFVertex>&
     }
 }
 
-void WriteIndices(ByteBuffer& b, std::size_t pos, const std::vector<std::int16_t>& in) {
+void AppendIndices(ByteBuffer& b, const std::vector<std::int16_t>& in) {
     if constexpr (BlockCopy) {
-        if (!in.empty()) std::memcpy(b.data() + pos, in.data(), in.size() * 2);
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(in.data());
+        b.insert(b.end(), bytes, bytes + in.size() * 2);
     } else {
+        std::size_t pos = b.size();
+        b.resize(pos + in.size() * 2);
         for (std::int16_t i : in) {
             binaryOps::PutI16(b, pos, i);
             pos += 2;
@@ -180,7 +189,9 @@ ByteBuffer EncodeOIF(OIFFile& doc) {
     if (withTrailer) size += doc.Trailer.size();
     if (size > 0x7FFFFFFFu) throw std::length_error("The document is too large for an OIF file (over 2 GB).");
 
-    ByteBuffer b(static_cast<std::size_t>(size));
+    ByteBuffer b;
+    b.reserve(static_cast<std::size_t>(size));
+    b.resize(HeaderSize);
     b[0] = 'O';
     b[1] = 'i';
     b[2] = 'F';
@@ -190,8 +201,9 @@ ByteBuffer EncodeOIF(OIFFile& doc) {
     binaryOps::PutI32(b, 12, doc.Header.TrailerCount);
     binaryOps::PutI32(b, 16, doc.Header.TrailerSpare);
     binaryOps::PutI32(b, 20, static_cast<std::int32_t>(doc.Parts.size()));
-    std::size_t pos = HeaderSize;
     for (OIFPart& part : doc.Parts) {
+        std::size_t pos = b.size();
+        b.resize(pos + PartHeadSize);
         std::string name = TrimBlanks(part.Header.Name.view());
         binaryOps::PutText(b, pos, name, 28);
         pos += 28;
@@ -201,13 +213,10 @@ ByteBuffer EncodeOIF(OIFFile& doc) {
         pos += 4;
         binaryOps::PutI32(b, pos, part.Header.VertexCount);
         binaryOps::PutI32(b, pos + 4, part.Header.IndexCount);
-        pos += 8;
-        WriteVertices(b, pos, part.Vertices);
-        pos += part.Vertices.size() * VertexSize;
-        WriteIndices(b, pos, part.Indices);
-        pos += part.Indices.size() * 2;
+        AppendVertices(b, part.Vertices);
+        AppendIndices(b, part.Indices);
     }
-    if (withTrailer && !doc.Trailer.empty()) std::memcpy(b.data() + pos, doc.Trailer.data(), doc.Trailer.size());
+    if (withTrailer) b.insert(b.end(), doc.Trailer.begin(), doc.Trailer.end());
     binaryOps::PutI32(b, 8, static_cast<std::int32_t>(b.size()));
     return b;
 }
@@ -224,4 +233,26 @@ ByteBuffer SaveOIF(OIFFile& doc) {
     }
     desktop.HideLoading();
     return bytes;
+}
+
+void MergeSameTexture(OIFFile& doc, bool crowdOnly) {
+    if (doc.Parts.size() < 2) return;
+    // One pass: each part either starts its texture's group or is appended to it. This gives
+    // what pairwise merging in document order gives, without copying a part per merge.
+    std::vector<OIFPart> kept;
+    kept.reserve(doc.Parts.size());
+    std::map<std::string, std::size_t> groups;  // texture -> place in `kept`
+    for (OIFPart& part : doc.Parts) {
+        const std::string texture = part.Header.Texture.str();
+        const bool joins = !crowdOnly || texture.compare(0, 2, "rw") == 0;
+        const auto group = joins ? groups.find(texture) : groups.end();
+        if (group != groups.end()) {
+            AppendPart(kept[group->second], part);
+        } else {
+            if (joins) groups.emplace(texture, kept.size());
+            kept.push_back(std::move(part));
+        }
+    }
+    doc.Parts = std::move(kept);
+    doc.Header.PartCount = static_cast<std::int32_t>(doc.Parts.size());
 }

@@ -40,28 +40,31 @@ OIFPart MakePartFromQuads(const PolygonPart& quads) {
     return part;
 }
 
+void AppendPart(OIFPart& a, const OIFPart& b) {
+    const int base = a.Header.VertexCount;
+    a.Vertices.insert(a.Vertices.end(), b.Vertices.begin(), b.Vertices.end());
+    a.Header.VertexCount += static_cast<std::int32_t>(b.Vertices.size());
+    if (!b.Indices.empty()) {
+        a.Indices.reserve(a.Indices.size() + b.Indices.size() + 2);
+        // Two repeated indices join the strips with degenerate triangles.
+        if (!a.Indices.empty()) a.Indices.push_back(a.Indices.back());
+        a.Indices.push_back(static_cast<std::int16_t>(b.Indices[0] + base));
+        for (std::int16_t index : b.Indices) a.Indices.push_back(static_cast<std::int16_t>(index + base));
+    }
+    a.Header.IndexCount = static_cast<std::int32_t>(a.Indices.size());
+}
+
 OIFPart ConcatParts(const OIFPart& a, const OIFPart& b) {
     OIFPart result = a;
-    const int base = a.Header.VertexCount;
-    for (const OIFVertex& v : b.Vertices) {
-        result.Vertices.push_back(v);
-        result.Header.VertexCount += 1;
-    }
-    for (std::size_t i = 0; i < b.Indices.size(); ++i) {
-        if (i == 0) {
-            // Two repeated indices join the strips with degenerate triangles.
-            if (!result.Indices.empty()) result.Indices.push_back(result.Indices.back());
-            result.Indices.push_back(static_cast<std::int16_t>(b.Indices[0] + base));
-        }
-        result.Indices.push_back(static_cast<std::int16_t>(b.Indices[i] + base));
-    }
-    result.Header.IndexCount = static_cast<std::int32_t>(result.Indices.size());
+    AppendPart(result, b);
     return result;
 }
 
-PolygonList AppendPolygonPart(const PolygonList& list, const PolygonPart& item) {
+PolygonList NewPolygonList() { return PolygonList{}; }
+
+PolygonList AddPolygonPart(const PolygonPart& part, const PolygonList& list) {
     PolygonList result = list;
-    result.Items.push_back(item);
+    result.Items.push_back(part);
     result.Count = static_cast<std::int16_t>(result.Count + 1);
     return result;
 }

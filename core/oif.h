@@ -119,7 +119,11 @@ OIFFile NewOIFFile();
 OIFFile AddPart(const OIFPart& part, const OIFFile& doc);
 OIFPart MakePartFromQuads(const PolygonPart& quads);
 OIFPart ConcatParts(const OIFPart& a, const OIFPart& b);
-PolygonList AppendPolygonPart(const PolygonList& list, const PolygonPart& item);
+// ConcatParts in place: b is appended to a without copying a.
+void AppendPart(OIFPart& a, const OIFPart& b);
+PolygonList NewPolygonList();
+// Appends a copy of part; returns the list.
+PolygonList AddPolygonPart(const PolygonPart& part, const PolygonList& list);
 PreviewScene AddViewpoint(const std::string& description, float x, float y, float z,
                           std::int16_t axisX, std::int16_t axisY, std::int16_t axisZ, float angle,
                           const PreviewScene& scene);

@@ -1,5 +1,7 @@
 #include "shell/ui/QtDesktop.h"
 
+#include "shell/RegistryOps.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QDesktopServices>
@@ -145,7 +147,9 @@ void QtDesktop::SetClipboardText(const std::string& text) { QGuiApplication::cli
 
 // Nothing is read yet: the per-user file of tool locations and the Wine prefix's registry come
 // with the outside tools. Until then every tool counts as not installed.
-std::string QtDesktop::RegistryValue(const std::string&) { return {}; }
+std::string QtDesktop::RegistryValue(const std::string& path) {
+    return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
+}
 
 void QtDesktop::ShowLoading(const std::string& text) {
     // Made on first use and owned by vorn when there is one, so it stays above the main window.

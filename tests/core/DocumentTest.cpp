@@ -121,11 +121,12 @@ TEST(ConcatParts, EmptyFirstPartGetsNoBridgeAtTheHead) {
 }
 
 TEST(PolygonList, AppendingKeepsOrderAndCount) {
-    PolygonList list;
-    list = AppendPolygonPart(list, Quads(1));
+    PolygonList list = NewPolygonList();
+    EXPECT_EQ(list.Count, 0);
+    list = AddPolygonPart(Quads(1), list);
     PolygonPart second = Quads(2);
     second.Texture = "bn01";
-    list = AppendPolygonPart(list, second);
+    list = AddPolygonPart(second, list);
     EXPECT_EQ(list.Count, 2);
     ASSERT_EQ(list.Items.size(), 2u);
     EXPECT_EQ(list.Items[1].Texture.str(), "bn01");

@@ -1,0 +1,215 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <random>
+
+#include "core/OIFOps.h"
+#include "core/myOps.h"
+#include "editors/TriStrip.h"
+
+namespace {
+
+OIFPart Part(const std::string& name, const std::string& texture, int vertices, std::vector<std::int16_t> indices) {
+    OIFPart p;
+    p.Header.Name = name;
+    p.Header.Texture = texture;
+    for (int i = 0; i < vertices; ++i) p.Vertices.push_back(OIFVertex{static_cast<float>(i), 0, 0, 0, 0, 0});
+    p.Indices = std::move(indices);
+    p.Header.VertexCount = vertices;
+    p.Header.IndexCount = static_cast<std::int32_t>(p.Indices.size());
+    return p;
+}
+
+OIFFile Doc(std::vector<OIFPart> parts) {
+    OIFFile d = NewOIFFile();
+    for (const OIFPart& p : parts) d = AddPart(p, d);
+    return d;
+}
+
+std::string Name(const OIFPart& p) {
+    std::string n = p.Header.Name.str();
+    return n.substr(0, n.find_last_not_of(' ') + 1);
+}
+
+// Pairwise merging in document order, as the rule is written: the reference for the fast merge.
+void MergeByTheRule(OIFFile& doc, bool crowdOnly) {
+    std::size_t i = 0;
+    while (i + 1 < doc.Parts.size()) {
+        const std::string texture = doc.Parts[i].Header.Texture.str();
+        if (!crowdOnly || texture.substr(0, 2) == "rw") {
+            std::size_t j = i + 1;
+            while (j < doc.Parts.size()) {
+                if (doc.Parts[j].Header.Texture.str() == texture) {
+                    doc.Parts[i] = ConcatParts(doc.Parts[i], doc.Parts[j]);
+                    doc.Parts.erase(doc.Parts.begin() + static_cast<std::ptrdiff_t>(j));
+                } else {
+                    ++j;
+                }
+            }
+        }
+        ++i;
+    }
+    doc.Header.PartCount = static_cast<std::int32_t>(doc.Parts.size());
+}
+
+}  // namespace
+
+TEST(MergeSameTexture, ThreePartsOfOneTextureBecomeOneAtTheFirstPlace) {
+    OIFFile d = Doc({Part("a", "tp00", 4, {0, 1, 2, 3}), Part("b", "tp00", 3, {0, 1, 2}), Part("c", "tp00", 4, {0, 1, 2, 3})});
+    MergeSameTexture(d, false);
+    ASSERT_EQ(d.Header.PartCount, 1);
+    ASSERT_EQ(d.Parts.size(), 1u);
+    EXPECT_EQ(Name(d.Parts[0]), "a");
+    EXPECT_EQ(d.Parts[0].Header.VertexCount, 11);
+    EXPECT_EQ(d.Parts[0].Indices, (std::vector<std::int16_t>{0, 1, 2, 3, 3, 4, 4, 5, 6, 6, 7, 7, 8, 9, 10}));
+    EXPECT_EQ(d.Parts[0].Header.IndexCount, 15);
+}
+
+TEST(MergeSameTexture, ComparesTexturesExactlyAndKeepsTheOrderOfTheRest) {
+    OIFFile d = Doc({Part("a", "tp00", 1, {0}), Part("b", "TP00", 1, {0}), Part("c", "cr01", 1, {0}), Part("d", "tp00", 1, {0}),
+                     Part("e", "cr01", 1, {0})});
+    MergeSameTexture(d, false);
+    ASSERT_EQ(d.Parts.size(), 3u);
+    EXPECT_EQ(Name(d.Parts[0]), "a");
+    EXPECT_EQ(Name(d.Parts[1]), "b");
+    EXPECT_EQ(Name(d.Parts[2]), "c");
+    EXPECT_EQ(d.Parts[0].Header.VertexCount, 2);
+    EXPECT_EQ(d.Parts[1].Header.VertexCount, 1);
+}
+
+TEST(MergeSameTexture, CrowdOnlyMergesJustTheRowTextures) {
+    OIFFile d = Doc({Part("p", "tp00", 1, {0}), Part("r1", "rwh0", 1, {0}), Part("q", "tp00", 1, {0}), Part("r2", "rwh0", 1, {0}),
+                     Part("R", "RWh0", 1, {0}), Part("r3", "rwh0", 1, {0})});
+    MergeSameTexture(d, true);
+    ASSERT_EQ(d.Parts.size(), 4u);
+    EXPECT_EQ(Name(d.Parts[0]), "p");
+    EXPECT_EQ(Name(d.Parts[1]), "r1");
+    EXPECT_EQ(d.Parts[1].Header.VertexCount, 3);
+    EXPECT_EQ(Name(d.Parts[2]), "q");
+    EXPECT_EQ(Name(d.Parts[3]), "R");
+}
+
+TEST(MergeSameTexture, FewerThanTwoPartsAreLeftAlone) {
+    OIFFile one = Doc({Part("a", "tp00", 2, {0, 1})});
+    const OIFFile before = one;
+    MergeSameTexture(one, false);
+    EXPECT_EQ(one, before);
+    OIFFile none = NewOIFFile();
+    MergeSameTexture(none, false);
+    EXPECT_EQ(none.Header.PartCount, 0);
+}
+
+TEST(MergeSameTexture, GivesWhatPairwiseMergingGivesOnRandomDocuments) {
+    std::mt19937 rng(5);
+    const std::array<const char*, 6> textures = {"tp00", "tp01", "rwh0", "rwa1", "TP00", "rwh1"};
+    for (int round = 0; round < 200; ++round) {
+        std::vector<OIFPart> parts;
+        const int n = static_cast<int>(rng() % 12);
+        for (int k = 0; k < n; ++k) {
+            std::vector<std::int16_t> idx;
+            const int v = static_cast<int>(rng() % 5);
+            for (int i = static_cast<int>(rng() % 6); i > 0; --i) idx.push_back(static_cast<std::int16_t>(v ? rng() % v : 0));
+            parts.push_back(Part("p" + std::to_string(k), textures[rng() % textures.size()], v, idx));
+        }
+        for (bool crowdOnly : {false, true}) {
+            OIFFile fast = Doc(parts), rule = Doc(parts);
+            MergeSameTexture(fast, crowdOnly);
+            MergeByTheRule(rule, crowdOnly);
+            ASSERT_EQ(fast, rule) << "round " << round << (crowdOnly ? " crowd only" : "");
+        }
+    }
+}
+
+namespace {
+// Checks the strip contract: every non-degenerate input triangle occurs as a window of three
+// exactly as often as it was given, and every other window has two equal indices.
+void ExpectStripKeepsTriangles(const std::vector<std::int16_t>& triangles, const std::vector<std::int16_t>& strip) {
+    auto key = [](std::int16_t a, std::int16_t b, std::int16_t c) {
+        std::array<std::int16_t, 3> t{a, b, c};
+        std::sort(t.begin(), t.end());
+        return t;
+    };
+    std::map<std::array<std::int16_t, 3>, int> wanted;
+    for (std::size_t i = 0; i + 2 < triangles.size(); i += 3) {
+        const auto a = triangles[i], b = triangles[i + 1], c = triangles[i + 2];
+        if (a != b && b != c && a != c) ++wanted[key(a, b, c)];
+    }
+    std::map<std::array<std::int16_t, 3>, int> found;
+    for (std::size_t i = 0; i + 2 < strip.size(); ++i) {
+        const auto a = strip[i], b = strip[i + 1], c = strip[i + 2];
+        if (a == b || b == c || a == c) continue;
+        ++found[key(a, b, c)];
+    }
+    EXPECT_EQ(found, wanted);
+}
+}  // namespace
+
+TEST(Stripper, KeepsEveryTriangleOfRandomMeshes) {
+    std::mt19937 rng(17);
+    for (int round = 0; round < 300; ++round) {
+        const int vertices = 3 + static_cast<int>(rng() % 40);
+        std::vector<std::int16_t> tris;
+        for (int t = static_cast<int>(rng() % 60); t > 0; --t) {
+            const int kind = static_cast<int>(rng() % 10);
+            if (kind == 0 && tris.size() >= 3) {
+                tris.insert(tris.end(), tris.end() - 3, tris.end());  // the same triangle again
+            } else if (kind == 1) {
+                const auto v = static_cast<std::int16_t>(rng() % vertices);
+                tris.insert(tris.end(), {v, v, static_cast<std::int16_t>(rng() % vertices)});  // degenerate
+            } else {
+                for (int k = 0; k < 3; ++k) tris.push_back(static_cast<std::int16_t>(rng() % vertices));
+            }
+        }
+        SCOPED_TRACE(round);
+        ExpectStripKeepsTriangles(tris, StripPartIndices(tris));
+    }
+}
+
+TEST(Stripper, AGridBecomesALongStrip) {
+    std::vector<std::int16_t> tris;
+    const int w = 20;
+    for (int y = 0; y < w; ++y)
+        for (int x = 0; x < w; ++x) {
+            const auto a = static_cast<std::int16_t>(y * (w + 1) + x), b = static_cast<std::int16_t>(a + 1),
+                       c = static_cast<std::int16_t>(a + w + 1), d = static_cast<std::int16_t>(c + 1);
+            tris.insert(tris.end(), {a, c, b, b, c, d});
+        }
+    const std::vector<std::int16_t> strip = StripPartIndices(tris);
+    ExpectStripKeepsTriangles(tris, strip);
+    EXPECT_LT(strip.size(), tris.size() * 2 / 3) << "a strip is shorter than the triangle list";
+}
+
+TEST(Stripper, HandlesAreIndependentAndCountsAreWholeTriangles) {
+    const std::int32_t tri[] = {0, 1, 2, 2, 1, 3, 9};
+    const std::int32_t h1 = StripTriangles(2, tri, 7);
+    const std::int32_t h2 = StripTriangles(5, tri, 7);  // asks for more than there is: whole triangles only
+    EXPECT_NE(h1, h2);
+    EXPECT_EQ(GetTriStripCount(h1), GetTriStripCount(h2));
+    std::vector<std::int32_t> out(static_cast<std::size_t>(GetTriStripCount(h1)));
+    GetTriStripData(h1, out.data());
+    CleanUpData(h1);
+    EXPECT_EQ(GetTriStripCount(h1), 0) << "a cleaned-up handle holds nothing";
+    EXPECT_EQ(GetTriStripCount(h2), static_cast<std::int32_t>(out.size()));
+    CleanUpData(h2);
+    EXPECT_EQ(GetTriStripCount(StripTriangles(0, tri, 0)), 0);
+    EXPECT_TRUE(StripPartIndices({}).empty());
+    // Indices above 32767 are held negative and come back the same.
+    const std::vector<std::int16_t> high = {-1, -2, -3};
+    ExpectStripKeepsTriangles(high, StripPartIndices(high));
+}
+
+TEST(NumericKeyFilter, LetsDigitsAndOnePointThrough) {
+    EXPECT_EQ(NumericKeyFilter('7', ""), '7');
+    EXPECT_EQ(NumericKeyFilter(KeyBackspace, ""), KeyBackspace);
+    EXPECT_EQ(NumericKeyFilter(KeyTab, "1"), KeyTab);
+    EXPECT_EQ(NumericKeyFilter(KeyEnter, "1"), KeyEnter);
+    EXPECT_EQ(NumericKeyFilter('.', "1"), '.');
+    EXPECT_EQ(NumericKeyFilter('.', ""), 0) << "no leading point";
+    EXPECT_EQ(NumericKeyFilter('.', "1.5"), 0) << "no second point";
+    EXPECT_EQ(NumericKeyFilter('-', "1"), 0);
+    EXPECT_EQ(NumericKeyFilter('a', ""), 0);
+    EXPECT_DOUBLE_EQ(Pi(), 3.14159265358979323846);
+    EXPECT_DOUBLE_EQ(DegToRad(90), Pi() / 2);
+}
