@@ -1,5 +1,6 @@
 #include "shell/IniOps.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -46,11 +47,49 @@ bool NeedsQuotes(const std::string& value) {
     auto blank = [](char c) { return c == ' ' || c == '\t'; };
     return blank(value.front()) || blank(value.back()) || (value.size() >= 2 && value.front() == '"' && value.back() == '"');
 }
+// SimpleIni takes a "[" line without "]" for a section it never closes: the keys below it land
+// in a section whose name runs over the following lines, and the next save writes that name as
+// a header across several lines, which grows with every save. Such a line is dropped before
+// parsing, as SimpleIni drops other lines it cannot read, so the keys below it stay in the
+// section above.
+std::string WithoutUnclosedSectionLines(const std::string& data) {
+    std::string kept;
+    kept.reserve(data.size());
+    std::size_t start = 0;
+    if (data.compare(0, 3, "\xEF\xBB\xBF") == 0) {  // the UTF-8 signature is not part of the first line
+        kept = data.substr(0, 3);
+        start = 3;
+    }
+    while (start < data.size()) {
+        std::size_t end = data.find_first_of("\r\n", start);
+        if (end == std::string::npos) end = data.size();
+        const std::size_t first = data.find_first_not_of(" \t", start);
+        const bool unclosed = first < end && data[first] == '[' && data.find(']', first) >= end;
+        if (!unclosed) kept.append(data, start, end - start);
+        if (end < data.size()) kept += data[end];
+        start = end + 1;
+    }
+    return kept;
+}
+
+bool LoadIni(CSimpleIniA& ini, const std::string& path) {
+    std::FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f) return false;
+    std::string data;
+    char chunk[4096];
+    std::size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, f)) > 0) data.append(chunk, n);
+    const bool failed = std::ferror(f) != 0;
+    std::fclose(f);
+    if (failed) return false;
+    const std::string kept = WithoutUnclosedSectionLines(data);
+    return ini.LoadData(kept.data(), kept.size()) >= 0;
+}
 }  // namespace
 
 std::string ReadIniValue(const std::string& section, const std::string& key, const std::string& path) {
     CSimpleIniA ini(false, false, false);
-    if (ini.LoadFile(path.c_str()) < 0) return {};
+    if (!LoadIni(ini, path)) return {};
     std::string value = ini.GetValue(section.c_str(), key.c_str(), "");
     if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
     if (value.size() > ValueLimit) value.resize(ValueLimit);
@@ -61,7 +100,7 @@ void WriteIniValue(const std::string& section, const std::string& key, const std
                    const std::string& value) {
     CSimpleIniA ini(false, false, false);
     std::error_code ec;
-    if (std::filesystem::exists(path, ec) && ini.LoadFile(path.c_str()) < 0) return;  // unreadable: leave it be
+    if (std::filesystem::exists(path, ec) && !LoadIni(ini, path)) return;  // unreadable: leave it be
     const std::string stored = NeedsQuotes(value) ? '"' + value + '"' : value;
     ini.SetValue(section.c_str(), key.c_str(), stored.c_str());
     ini.SaveFile(path.c_str());

@@ -73,6 +73,27 @@ TEST_F(ConfigFile, AnUnreadableOrUnwritableFileIsPassedOverQuietly) {
     EXPECT_EQ(ReadConfig("Startup", "Maximise"), "");
 }
 
+TEST_F(ConfigFile, AnUnclosedSectionLineIsDroppedAndDoesNotGrowWithEverySave) {
+    const std::string text = "[Startup]\nMaximise=0\n[Previews\nMaximise=1\nNewProj=1\n";
+    WriteFile(ConfigPath(), std::vector<std::uint8_t>(text.begin(), text.end()));
+    // The keys below the broken line stay in the section above it.
+    EXPECT_EQ(ReadConfig("Startup", "Maximise"), "1");
+    EXPECT_EQ(ReadConfig("Startup", "NewProj"), "1");
+    for (int i = 0; i < 3; ++i) WriteConfig("Terramason", "Starter", std::to_string(i));
+    EXPECT_EQ(ReadConfig("Startup", "Maximise"), "1");
+    EXPECT_EQ(ReadConfig("Startup", "NewProj"), "1");
+    EXPECT_EQ(ReadConfig("Terramason", "Starter"), "2");
+    const std::string saved = ReadText(ConfigPath());
+    std::size_t start = 0;
+    while (start < saved.size()) {
+        std::size_t end = saved.find('\n', start);
+        if (end == std::string::npos) end = saved.size();
+        const std::string line = saved.substr(start, end - start);
+        if (!line.empty() && line[0] == '[') EXPECT_EQ(line.back(), ']') << "a section header over several lines: " << line;
+        start = end + 1;
+    }
+}
+
 TEST_F(ConfigFile, FirstRunWritesDefaultsOnceAndNeverOverwrites) {
     AppFolder = dir.file("fresh");  // created on demand
     EXPECT_TRUE(EnsureConfigFile());
