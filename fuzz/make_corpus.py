@@ -1,0 +1,103 @@
+#!/usr/bin/env python3
+"""Writes the seed corpus of every fuzz target into fuzz/corpus/<target>/.
+
+The seeds are small files made here from the file layout, one per shape worth starting from.
+Run it again after changing a seed; it rewrites the folders from scratch."""
+import pathlib
+import shutil
+import struct
+
+HERE = pathlib.Path(__file__).resolve().parent
+CORPUS = HERE / "corpus"
+
+
+def field(text: bytes, n: int) -> bytes:
+    """A text field as files hold it: the text, one NUL, blanks up to n."""
+    text = text[:n]
+    return text if len(text) == n else text + b"\0" + b" " * (n - len(text) - 1)
+
+
+def header(parts: int, trailer_count: int = 0, kind: int = 1, magic: bytes = b"OiFF",
+           version: int = 1, file_length: int = 0, spare: int = 0) -> bytes:
+    return magic + struct.pack("<hhiiii", version, kind, file_length, trailer_count, spare, parts)
+
+
+def vertex(x, y, z, shadow, u, v) -> bytes:
+    return struct.pack("<fffIff", x, y, z, shadow, u, v)
+
+
+def part(name: bytes, texture: bytes, vertices, indices, name_raw: bool = False) -> bytes:
+    out = (name if name_raw else field(name, 28)) + texture
+    out += struct.pack("<ii", len(vertices), len(indices))
+    out += b"".join(vertex(*v) for v in vertices)
+    out += b"".join(struct.pack("<h", i) for i in indices)
+    return out
+
+
+QUAD = [(0, 0, 0, 0xFF808080, 0, 0), (100, 0, 0, 0xFF808080, 1, 0),
+        (0, 50, 0, 0xFF808080, 0, 1), (100, 50, 0, 0xFF808080, 1, 1)]
+
+
+def with_length(data: bytes) -> bytes:
+    return data[:8] + struct.pack("<i", len(data)) + data[12:]
+
+
+def oif_seeds():
+    yield "empty.oif", with_length(header(0))
+    yield "one_part.oif", with_length(header(1) + part(b"Stand North", b"cr01", QUAD, [0, 1, 2, 3]))
+    yield "two_parts_trailer.oif", with_length(
+        header(2, trailer_count=1, spare=7)
+        + part(b"Roof", b"tx", QUAD[:3], [0, 1, 2])
+        + part(b"Pitch", b"gr01", QUAD, [1, 0, 2, 2, 3, -1])
+        + b"TRAILER\0\xff")
+    yield "trailer_not_counted.oif", header(1, trailer_count=0, file_length=999) + part(b"A", b"a", [], []) + b"tail"
+    yield "name_28.oif", with_length(header(1) + part(b"ABCDEFGHIJKLMNOPQRSTUVWXYZ01", b"cr02", QUAD[:1], [0]))
+    yield "name_8bit.oif", with_length(header(1) + part("Tribüne Café".encode("cp1252"), b"\xe9t", QUAD[:2], []))
+    yield "name_blanks_nul.oif", with_length(
+        header(2) + part(b"  padded  " + b"\0" + b"junk after nul" + b" " * 3, b"    ", [], [], name_raw=True)
+        + part(b"\0" + b"x" * 27, b"\0abc", [], [], name_raw=True))
+    yield "shadow_ffffffff.oif", with_length(
+        header(1) + part(b"Shadow", b"sh01", [(1.5, -2.25, 3, 0xFFFFFFFF, 0.5, 1), (float("nan"), 0, 0, 0, 0, 0)], [0, 1]))
+    yield "wrong_kind.oif", header(0, kind=2)
+    yield "wrong_magic.oif", header(0, magic=b"OIFF")
+    yield "truncated.oif", header(1) + part(b"Short", b"cr01", QUAD, [0, 1, 2])[:-3]
+
+
+def ini_seeds():
+    yield "defaults.ini", (
+        b"[Startup]\nMaximise=0\nNewProj=0\n\n[Terramason]\nStarter=0\nPreviews=1\nPreviewRefresh=1\n"
+        b"OIFEditor=1\n\n[Previews]\nPerspectiveTex=1\nZoomAmount=500\n\n[Crowd Wizard]\nCrowdHeight=260\n"
+        b"NoOfRows=10\nCrowdSpacing=150\nHome=1\n")
+    yield "quoted_and_comments.ini", (
+        b"; settings\r\n[Startup]\r\nMaximise = \"  1  \"\r\n# other\r\n[startup]\r\nnewproj=\"\"\r\n"
+        b"[Import]\r\nCrowdHeight=  260.5abc\r\n")
+    yield "long_value.ini", b"[Previews]\nZoomAmount=" + b"9" * 300 + b"\n"
+    yield "no_section_and_odd_lines.ini", (
+        b"loose=before any section\n[Broken\n=novalue\n[ Startup ]\nMaximise=1=2\n"
+        b"Maximise=again\nkey only\n[Terramason]\nStarter=\xe9t\xe9\n")
+
+
+def number_seeds():
+    texts = [b"0", b"-12.5e3", b"  +.5", b"1e", b"2E+x", b"3.402823E+38", b"1E+07",
+             b"0.0001234567", b"-.", b"1.79769313486232E+308", b"\t42 rows"]
+    for i, t in enumerate(texts):
+        yield f"text_{i:02}", t
+    # Inputs whose first bytes are a float and a double of interest.
+    for name, value in [("one_third", 1 / 3), ("big", 123456789.0), ("tiny", 1.5e-9), ("neg_zero", -0.0)]:
+        yield f"double_{name}", struct.pack("<d", value)
+        yield f"float_{name}", struct.pack("<f", value) + b"    "
+    yield "float_inf", struct.pack("<f", float("inf")) + b"    "
+    yield "double_max", struct.pack("<d", 1.7976931348623157e308)
+
+
+def main():
+    for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds)]:
+        folder = CORPUS / target
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir(parents=True)
+        for name, data in seeds():
+            (folder / name).write_bytes(data)
+
+
+if __name__ == "__main__":
+    main()
