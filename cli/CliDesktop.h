@@ -1,0 +1,34 @@
+#pragma once
+// The desktop of terramason-cli: no windows. A message box becomes its text on stderr, a
+// question is answered from what the running verb decided beforehand.
+#include <map>
+#include <ostream>
+#include <string>
+
+#include "core/Desktop.h"
+
+class CliDesktop : public QuietDesktop {
+public:
+    explicit CliDesktop(std::ostream& err);
+
+    MessageAnswer Message(const std::string& text, const std::string& title, MessageIcon icon,
+                          MessageButtons buttons) override;
+    std::string ClipboardText() override { return clipboard_; }
+    void SetClipboardText(const std::string& text) override { clipboard_ = text; }
+
+    // The answer to the question whose text is exactly `question`; a verb sets these from its
+    // options before it runs the editor's operation.
+    void SetAnswer(const std::string& question, MessageAnswer answer);
+    // The answer to any other question with these buttons.
+    void SetDefaultAnswer(MessageButtons buttons, MessageAnswer answer);
+
+private:
+    std::ostream& err_;
+    std::map<std::string, MessageAnswer> answers_;
+    std::map<MessageButtons, MessageAnswer> defaults_;
+    std::string clipboard_;
+};
+
+// Writes a message as the editor's box would show it, one output line per line of the text;
+// CR LF, a lone LF and a lone CR all end a line.
+void PrintMessageLines(std::ostream& out, const std::string& text);

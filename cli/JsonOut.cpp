@@ -1,0 +1,119 @@
+#include "cli/JsonOut.h"
+
+#include <charconv>
+#include <cmath>
+
+#include <nlohmann/json.hpp>
+
+#include "core/Cp1252.h"
+#include "core/NumberText.h"
+
+namespace {
+
+template <typename Int>
+void AppendInt(std::string& out, Int value) {
+    char buf[24];
+    const auto end = std::to_chars(buf, buf + sizeof buf, value).ptr;
+    out.append(buf, end);
+}
+
+// Collects output and hands it to the stream in large pieces.
+class Sink {
+public:
+    explicit Sink(std::ostream& out) : out_(out) { text.reserve(Chunk + 4096); }
+    void Flush() {
+        out_.write(text.data(), static_cast<std::streamsize>(text.size()));
+        text.clear();
+    }
+    void MaybeFlush() {
+        if (text.size() >= Chunk) Flush();
+    }
+    std::string text;
+
+private:
+    static constexpr std::size_t Chunk = 1 << 20;
+    std::ostream& out_;
+};
+
+void AppendVertex(std::string& out, const OIFVertex& v) {
+    out += '[';
+    out += JsonFloat(v.X);
+    out += ", ";
+    out += JsonFloat(v.Y);
+    out += ", ";
+    out += JsonFloat(v.Z);
+    out += ", ";
+    AppendInt(out, v.Shadow);
+    out += ", ";
+    out += JsonFloat(v.U);
+    out += ", ";
+    out += JsonFloat(v.V);
+    out += ']';
+}
+
+}  // namespace
+
+std::string JsonFloat(float value) {
+    if (!std::isfinite(value)) return "null";
+    // The program's number text drops the sign of zero; a dump shows the bits it found.
+    if (value == 0 && std::signbit(value)) return "-0";
+    return ShortestSingleText(value);
+}
+
+std::string JsonString(std::string_view utf8) {
+    return nlohmann::json(std::string(utf8)).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string JsonDocumentText(std::string_view cp1252) { return JsonString(Cp1252ToUtf8(cp1252)); }
+
+void WriteOIFJson(std::ostream& out, const OIFFile& doc) {
+    Sink sink(out);
+    std::string& s = sink.text;
+    const OIFHeader& h = doc.Header;
+    s += "{\n  \"label\": ";
+    s += JsonDocumentText(doc.Label);
+    s += ",\n  \"header\": {\"magic\": ";
+    s += JsonDocumentText(h.Magic.view());
+    s += ", \"version\": ";
+    AppendInt(s, h.Version);
+    s += ", \"kind\": ";
+    AppendInt(s, h.Kind);
+    s += ", \"fileLength\": ";
+    AppendInt(s, h.FileLength);
+    s += ", \"trailerCount\": ";
+    AppendInt(s, h.TrailerCount);
+    s += ", \"trailerSpare\": ";
+    AppendInt(s, h.TrailerSpare);
+    s += ", \"partCount\": ";
+    AppendInt(s, h.PartCount);
+    s += "},\n  \"parts\": [";
+    for (std::size_t p = 0; p < doc.Parts.size(); ++p) {
+        const OIFPart& part = doc.Parts[p];
+        s += p == 0 ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        s += JsonDocumentText(part.Header.Name.view());
+        s += ", \"texture\": ";
+        s += JsonDocumentText(part.Header.Texture.view());
+        s += ",\n     \"vertices\": [";
+        for (std::size_t i = 0; i < part.Vertices.size(); ++i) {
+            s += i == 0 ? "\n       " : ",\n       ";
+            AppendVertex(s, part.Vertices[i]);
+            sink.MaybeFlush();
+        }
+        s += part.Vertices.empty() ? "],\n     \"indices\": [" : "\n     ],\n     \"indices\": [";
+        for (std::size_t i = 0; i < part.Indices.size(); ++i) {
+            if (i > 0) s += ", ";
+            AppendInt(s, part.Indices[i]);
+            sink.MaybeFlush();
+        }
+        s += "]}";
+    }
+    s += doc.Parts.empty() ? "],\n  \"trailer\": \"" : "\n  ],\n  \"trailer\": \"";
+    static constexpr char Hex[] = "0123456789abcdef";
+    for (std::uint8_t byte : doc.Trailer) {
+        s += Hex[byte >> 4];
+        s += Hex[byte & 0x0F];
+        sink.MaybeFlush();
+    }
+    s += "\"\n}\n";
+    sink.Flush();
+}

@@ -1,0 +1,23 @@
+#pragma once
+// JSON as the verbs print it. Structure and strings go through nlohmann; numbers are written
+// here, because nlohmann widens a single-precision value to double on output (0.1f prints as
+// 0.10000000149011612) and writes 1e7 as 10000000.0.
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "core/oif.h"
+
+// The shortest decimal text that reads back to the same float. JSON has no NaN or infinity, so
+// those print as null rather than as a number that would misstate the file.
+std::string JsonFloat(float value);
+
+// A quoted, escaped JSON string of UTF-8 text.
+std::string JsonString(std::string_view utf8);
+
+// A document text field, held as Windows-1252 bytes, as a JSON string.
+std::string JsonDocumentText(std::string_view cp1252);
+
+// Writes the document in the layout of the dump verb. Output is streamed, because a stadium
+// can run to hundreds of megabytes of JSON.
+void WriteOIFJson(std::ostream& out, const OIFFile& doc);
