@@ -1,0 +1,77 @@
+#pragma once
+// The rules of the four preview windows that need no window: which one is active, and what a
+// wheel turn, an arrow key or a drag does to a view. The windows feed these with their events
+// and write the changed view back with WriteViewHeader and InstallView.
+#include <array>
+#include <cstdint>
+
+#include "core/oif.h"
+
+// The windows in the order of ViewerWindows and PreviewViews.
+enum PreviewWindowIndex : int { ViewTop = 0, ViewRight = 1, ViewBack = 2, ViewPerspective = 3 };
+inline constexpr int PreviewWindowCount = 4;
+
+// The window toolkit measures in twips; the screen has 15 of them to a pixel.
+inline constexpr int TwipsPerPixel = 15;
+
+// Render flags of a viewer: with the 256 bit clear it draws textures, with it set it does not.
+inline constexpr int RenderTextured = 1024;
+inline constexpr int RenderUntextured = 1280;
+bool RenderFlagsShowTextures(int flags);
+
+// Mouse buttons and key codes as the handlers receive them.
+inline constexpr std::int16_t MouseLeft = 1;
+inline constexpr std::int16_t MouseRight = 2;
+inline constexpr std::int16_t MouseMiddle = 4;
+inline constexpr int KeyLeft = 37;
+inline constexpr int KeyUp = 38;
+inline constexpr int KeyRight = 39;
+inline constexpr int KeyDown = 40;
+
+// The first active window in the order Top, Right, Back, Perspective; -1 when none is. An input
+// handler acts on this index, whichever window the event arose in.
+int ActiveViewIndex(const std::array<bool, PreviewWindowCount>& active);
+
+// A wheel turn of `turns` (+1 towards the "+" button) moves the camera nearer by `amount` each.
+void ZoomView(PreviewViewpoint& view, int turns, double amount);
+
+// Arrow keys move the camera by 1000 units; any other key leaves the view as it is.
+void PanView(PreviewViewpoint& view, int keyCode);
+
+// What a window keeps of the last mouse press over its viewer.
+struct TurnStart {
+    std::int16_t Button = 0;
+    float X = 0, Y = 0;
+    bool operator==(const TurnStart&) const = default;
+};
+// Every press stores its button; only a left press moves the stored position.
+void PressTurn(TurnStart& start, std::int16_t button, float x, float y);
+// A release turns the view only after a left press: 100 units of mouse travel to one degree,
+// vertical travel about X and horizontal travel about Y. Returns whether it turned.
+bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y);
+
+// A rectangle in pixels.
+struct PixelRect {
+    int Left = 0, Top = 0, Width = 0, Height = 0;
+    bool operator==(const PixelRect&) const = default;
+};
+
+// Twips to pixels, rounded to the nearest (ties to even).
+int TwipsToPixels(double twips);
+
+// Where loadviews puts the four windows inside the main window, by PreviewWindowIndex. The strip
+// at the left is kept free for the parts list.
+std::array<PixelRect, PreviewWindowCount> PreviewWindowLayout();
+
+// Inside a CortonaViewer of inner size W x H (pixels): the viewer below the title strip of height
+// `stripHeight`, W - 100 twips wide, reaching down to H - 50 twips.
+PixelRect CortonaViewerControlRect(int width, int height, int stripHeight);
+
+// The viewer of the wireframe window "Stadium Preview": the window's size less 150 x 390 twips,
+// never below zero.
+PixelRect StadiumPreviewControlRect(int width, int height);
+
+// The size of "Stadium Preview" as showvrml sets it for a screen of the given pixels: 6885 twips
+// scaled by the screen against 1024 x 768. The window stands at the right edge of the main
+// window, `frameWidth` pixels wide, but never left of it.
+PixelRect StadiumPreviewPlacement(int screenWidth, int screenHeight, int frameWidth);
