@@ -48,7 +48,9 @@ void exportoif() {
         std::error_code ec;
         if (std::filesystem::exists(handOver, ec)) {
             std::filesystem::remove(handOver, ec);
-            CloseProcessWindows();
+            // Only an OIFTool of ours may hold the hand-over file; an editor the user started
+            // from the Tools menu is left alone.
+            CloseToolWindows();
             if (std::filesystem::exists(handOver, ec)) {
                 ShowMessage("Cannot remove the earlier hand-over file \"" + handOver + "\".", MessageIcon::Critical);
                 return;

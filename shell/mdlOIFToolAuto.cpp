@@ -83,7 +83,19 @@ std::string ConverterProgram() {
     return {};
 }
 
-void ToolStart() { StartProcess(InToolFolder("oiftool.exe"), WindowMode::Hidden); }
+namespace {
+std::int64_t toolPid = 0;
+}
+
+void ToolStart() {
+    StartProcess(InToolFolder("oiftool.exe"), WindowMode::Hidden);
+    toolPid = StartedProcessId();
+}
+
+void CloseToolWindows() {
+    if (toolPid != 0) TheDesktop().EndProcess(toolPid);
+    toolPid = 0;
+}
 
 bool ToolConvertToOIF(const std::string& oPath, const std::string& oifPath) {
     return Convert("--to-oif", oPath, oifPath);

@@ -16,6 +16,8 @@ inline constexpr long ConverterTimeoutMs = 10 * 60 * 1000;
 std::string ConverterProgram();
 // Starts OIFTool itself, hidden, from ToolPath.
 void ToolStart();
+// Ends the OIFTool that ToolStart started, and nothing else the user may have started.
+void CloseToolWindows();
 // Two paths in, success out; on failure ToolStatusLog holds the converter's log.
 bool ToolConvertToOIF(const std::string& oPath, const std::string& oifPath);
 bool ToolConvertToO(const std::string& oifPath, const std::string& oPath);

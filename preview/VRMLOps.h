@@ -1,0 +1,52 @@
+#pragma once
+// The preview files: the wireframe file of the document, the quad file of an imported point
+// table, and the four textured views assembled from per-view heads and per-part bodies, so that
+// a change costs only what it has to (a rebuild rewrites all, a change of shown parts rejoins,
+// a view change rewrites one head).
+#include <string>
+#include <vector>
+
+#include "core/Views.h"
+#include "core/oif.h"
+
+// Buffer helpers of the writers: a line ends in CR LF.
+void AddLine(std::string& buffer, const std::string& text);
+void AddText(std::string& buffer, const std::string& text);
+
+// One Viewpoint block, its lines ending in CR LF, with an empty line behind the closing brace.
+std::string ViewpointText(const PreviewViewpoint& viewpoint);
+
+// The wireframe file of the shown parts, with a marker and a "Vertex" viewpoint on the
+// selected vertex.
+std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScene& scene, const PreviewSelection& selection);
+// Writes it to temp/stad1.wrl and has the wireframe window show it.
+void WriteWirePreview(const std::vector<OIFPart>& parts, const PreviewScene& scene, const PreviewSelection& selection);
+
+// The quad file of a list of polygon parts. Its index block names one quad more than there are
+// points, as the format has always done.
+std::string QuadPreviewText(const std::vector<PolygonPart>& polygons, const PreviewScene& scene);
+// Writes it to stad2.wrl in AppFolder. No window shows this file.
+void WriteQuadPreview(const std::vector<PolygonPart>& polygons, const PreviewScene& scene);
+
+// The four views of the textured previews: Top, Right, Back, Perspective.
+extern std::vector<PreviewViewpoint> PreviewViews;
+std::vector<PreviewViewpoint> StartPreviewViews();
+
+// Previews are on when "Terramason"/"Previews" is "1" and PreviewRefreshOn is true.
+bool PreviewsOn();
+
+std::string ViewHeaderText(const OIFFile& doc, const PreviewViewpoint& view);
+std::string PartFileText(const OIFPart& part, int index);
+
+void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view);
+void WritePartFiles(const OIFFile& doc);
+void AssembleParts(const OIFFile& doc, const PreviewSelection& selection);
+void InstallView(const PreviewViewpoint& view);
+
+// Full rewrite of the four views; nothing when previews are off.
+void RebuildPreviews(const OIFFile& doc, const PreviewSelection& selection);
+// Rejoins the part files after a change of the shown parts; nothing when previews are off.
+void ReloadPreviews(const OIFFile& doc, const PreviewSelection& selection);
+
+// The file of a view in the scratch folder, e.g. temp/Top.wrl.
+std::string ViewFilePath(const std::string& description);

@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "core/ProgramState.h"
+#include "preview/VRMLOps.h"
+#include "shell/IniOps.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+// Lines joined with CR LF, each line ended.
+std::string Lines(std::initializer_list<std::string> lines) {
+    std::string s;
+    for (const std::string& l : lines) s += l + "\r\n";
+    return s;
+}
+
+OIFPart Part(const std::string& texture, std::vector<OIFVertex> vertices, std::vector<std::int16_t> indices) {
+    OIFPart p;
+    p.Header.Name = "p";
+    p.Header.Texture = texture;
+    p.Vertices = std::move(vertices);
+    p.Indices = std::move(indices);
+    p.Header.VertexCount = static_cast<std::int32_t>(p.Vertices.size());
+    p.Header.IndexCount = static_cast<std::int32_t>(p.Indices.size());
+    return p;
+}
+
+PreviewScene OneViewpointScene() {
+    PreviewScene s;
+    return AddViewpoint("Top", 0, 30000, 0, -1, 0, 0, -1.57f, s);
+}
+
+const std::string Head = Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", "", "Transform {", "   rotation ",
+                                "0 0 0 0", "   children ["});
+const std::string TopViewpoint =
+    Lines({"Viewpoint {", "   position 0 30000 0", "   orientation 1 0 0 -1.57", "   description \"Top\"", "}", ""});
+
+const std::string ShapeHead = Lines({"", "      Shape {", "         appearance Appearance {", "            material Material {",
+                                     "               emissiveColor 0 0 1", "            }", "         }",
+                                     "         geometry IndexedLineSet {", "            coord Coordinate {", "               point ["});
+const std::string ShapeTail = Lines({"            ]", "         }", "      }"});
+
+}  // namespace
+
+TEST(ViewpointText, IsTheBlockWithAnEmptyLineBehind) {
+    EXPECT_EQ(ViewpointText(DefaultPreviewScene().Viewpoints[1]),
+              Lines({"Viewpoint {", "   position -6500 7000 10000", "   orientation 1 1 0 -0.74", "   description \"Panoramic\"", "}", ""}));
+}
+
+TEST(WirePreview, WritesShownPartsAsLinesOfTheirTriangles) {
+    const OIFPart quad = Part("tp00", {{0, 0, 0, 0, 0, 0}, {1.5f, 0, 0, 0, 0, 0}, {0, 2, 0, 0, 0, 0}, {1, 1, 10000000, 0, 0, 0}},
+                             {0, 1, 2, 3, 3, 0, 1, 2});
+    const OIFPart hidden = Part("tp01", {{9, 9, 9, 0, 0, 0}}, {});
+    PreviewSelection sel;
+    sel.shown = {true, false};
+    const std::string text = WirePreviewText({quad, hidden}, OneViewpointScene(), sel);
+    const std::string want =
+        Head + ShapeHead +
+        Lines({"                  0 0 0,", "                  1.5 0 0,", "                  0 2 0,", "                  1 1 1E+07",
+               "               ]", "            }", "            coordIndex [",
+               // 0 1 2 and 1 2 3 are triangles; 2 3 3, 3 3 0 are stitches; 3 0 1 and 0 1 2 again.
+               "               0 1 -1", "               1 2 -1", "               0 2 -1",
+               "               1 2 -1", "               2 3 -1", "               1 3 -1",
+               "               3 0 -1", "               0 1 -1", "               3 1 -1",
+               "               0 1 -1", "               1 2 -1", "               0 2 -1"}) +
+        ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n" + "\r\n";
+    EXPECT_EQ(text, want);
+}
+
+TEST(WirePreview, SmallPartsAndEmptySelectionsStillMakeValidFiles) {
+    const OIFPart one = Part("tp00", {{1, 2, 3, 0, 0, 0}}, {0, 0});
+    const std::string text = WirePreviewText({one}, OneViewpointScene(), {});
+    EXPECT_NE(text.find(Lines({"               point [", "                  1 2 3", "               ]", "            }",
+                               "            coordIndex [", "            ]"})),
+              std::string::npos);
+    PreviewSelection none;
+    none.shown = {false};
+    EXPECT_EQ(WirePreviewText({one}, OneViewpointScene(), none), Head + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n");
+}
+
+TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
+    const OIFPart p = Part("tp00", {{1, 2, 3, 0, 0, 0}, {4, 5, 6, 0, 0, 0}}, {});
+    PreviewSelection sel;
+    sel.part = 0;
+    sel.vertex = 1;
+    const std::string text = WirePreviewText({p}, DefaultPreviewScene(), sel);
+    const std::string marker =
+        Lines({"   ]", "}", "", "Transform {", "   translation 4 5 6", "   children [", "      Shape {", "         geometry Sphere {",
+               "            radius 1", "         }", "      }", "   ]", "}", "", "Viewpoint {", "   position 4 5 106",
+               "   orientation 0 0 0 0", "   description \"Vertex\"", "}", "", "", "", "Viewpoint {"});
+    EXPECT_NE(text.find(marker), std::string::npos);
+    EXPECT_LT(text.find("\"Vertex\""), text.find("\"Top\""));
+    // A part row without a vertex row marks nothing; neither does a vertex that is not there.
+    sel.vertex = -1;
+    EXPECT_EQ(WirePreviewText({p}, DefaultPreviewScene(), sel).find("Sphere"), std::string::npos);
+    sel.vertex = 7;
+    EXPECT_EQ(WirePreviewText({p}, DefaultPreviewScene(), sel).find("Sphere"), std::string::npos);
+}
+
+TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
+    PolygonPart poly;
+    poly.Texture = "rwh0";
+    for (int i = 0; i < 4; ++i) poly.Vertices.push_back({static_cast<float>(i), 0, 0, 0, 0, 0});
+    poly.Count = 1;
+    const std::string text = QuadPreviewText({poly}, OneViewpointScene());
+    const std::string want =
+        Head + ShapeHead +
+        Lines({"                  0 0 0,", "                  1 0 0,", "                  2 0 0,", "                  3 0 0",
+               "               ]", "            }", "            coordIndex [", "               0 1 -1", "               1 2 -1",
+               "               2 3 -1", "               0 3 -1", "               4 5 -1", "               5 6 -1",
+               "               6 7 -1", "               4 7 -1"}) +
+        ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n";
+    EXPECT_EQ(text, want);
+}
+
+TEST(TexturedPreview, ViewHeaderCountsAllPartsAndNestsThreeTurns) {
+    OIFFile doc = NewOIFFile();
+    doc = AddPart(Part("tp00", {}, {}), doc);
+    doc = AddPart(Part("tp01", {}, {}), doc);
+    const PreviewViewpoint top = StartPreviewViews()[0];
+    EXPECT_EQ(ViewHeaderText(doc, top),
+              Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", std::string(41, '#'), "", "## Number of parts = 2", ""}) +
+                  Lines({"Viewpoint {", "   position 0 0 30000", "   orientation 0 0 0 0", "   description \"Top\"", "}", ""}) +
+                  Lines({"Transform {", "   rotation 0 0 1 0", "   children [", "Transform {", "   rotation 1 0 0 1.57",
+                         "   children [", "Transform {", "   rotation 0 1 0 0", "   children ["}));
+}
+
+TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
+    const OIFPart p = Part("ab", {{0, 0, 0, 0, 0.5f, 0.25f}, {1, 0, 0, 0, 1, 0}, {0, 1, 0, 0, 0, 1}}, {0, 1, 2, 2});
+    const std::string want =
+        Lines({"## Part Number = 3", "## Number of Vertices = 3", "## Number of Indices = 4", "", "      Shape {",
+               "         appearance Appearance {", "            texture ImageTexture {", "               url \"ab  .png\"",
+               "            }", "         }", "         geometry IndexedFaceSet {", "            coord Coordinate {",
+               "               point [", "                  0 0 0,", "                  1 0 0,", "                  0 1 0",
+               "               ]", "            }", "            coordIndex [", "               0 1 2 -1",
+               "              ## Not a triangle ##", "            ]", "            texCoord TextureCoordinate {",
+               "               point [", "                  0.5 -0.25,", "                  1 0,", "                  0 -1",
+               "               ]", "            }", "            texCoordIndex [", "               0 1 2 -1",
+               "              ## Not a triangle ##", "            ]", "         solid FALSE", "         }", "      }", ""});
+    EXPECT_EQ(PartFileText(p, 3), want);
+}
+
+namespace {
+struct RecordingViews : Views {
+    std::vector<std::string> calls;
+    void ReleaseView(const std::string& d) override { calls.push_back("release " + d); }
+    void LoadView(const std::string& d, const std::string& path) override {
+        calls.push_back("load " + d + " " + std::filesystem::path(path).filename().string());
+    }
+};
+
+class PreviewFiles : public ::testing::Test {
+protected:
+    void SetUp() override {
+        AppFolder = dir.path();
+        std::filesystem::create_directories(AppPath("temp"));
+        WriteConfig("Terramason", "Previews", "1");
+        InstallViews(&views);
+        PreviewViews = StartPreviewViews();
+        doc = AddPart(Part("tp00", {{0, 0, 0, 0, 0, 0}}, {}), doc);
+        doc = AddPart(Part("tp01", {{1, 1, 1, 0, 0, 0}}, {}), doc);
+    }
+    void TearDown() override {
+        InstallViews(nullptr);
+        ResetProgramState();
+        AppFolder.clear();
+    }
+    ScratchFolder dir;
+    ScriptedDesktop desktop;
+    RecordingViews views;
+    OIFFile doc = NewOIFFile();
+    std::string Temp(const std::string& name) { return ReadText(AppPath("temp/" + name)); }
+};
+}  // namespace
+
+TEST_F(PreviewFiles, RebuildWritesHeadsPartsAndJoinsTheShownOnes) {
+    PreviewSelection sel;
+    sel.shown = {false, true};
+    RebuildPreviews(doc, sel);
+    const std::string closing = Lines({"   ]", "}", "   ]", "}", "   ]", "}"});
+    EXPECT_EQ(Temp("Parts.tmp"), PartFileText(doc.Parts[1], 1) + closing);
+    EXPECT_EQ(Temp("Part_0.tmp"), PartFileText(doc.Parts[0], 0)) << "hidden parts are written too";
+    for (const PreviewViewpoint& v : PreviewViews)
+        EXPECT_EQ(Temp(v.Description + ".wrl"), ViewHeaderText(doc, v) + Temp("Parts.tmp")) << v.Description;
+    EXPECT_EQ(views.calls.size(), 8u);
+    EXPECT_EQ(views.calls[0], "release Top");
+    EXPECT_EQ(views.calls[1], "load Top Top.wrl");
+    EXPECT_EQ(desktop.loadingTexts, (std::vector<std::string>{"Loading stadium previews..."}));
+    EXPECT_FALSE(desktop.loadingShown);
+
+    // Showing other parts only rejoins: the part files stay as they were.
+    std::filesystem::remove(AppPath("temp/Top.tmp"));
+    views.calls.clear();
+    sel.shown = {false, false};
+    ASSERT_THROW(ReloadPreviews(doc, sel), std::runtime_error) << "a rejoin needs the heads of the last rebuild";
+    RebuildPreviews(doc, sel);
+    EXPECT_EQ(Temp("Parts.tmp"), closing);
+    EXPECT_EQ(Temp("Perspective.wrl"), ViewHeaderText(doc, PreviewViews[3]) + closing);
+}
+
+TEST_F(PreviewFiles, NothingIsWrittenWhilePreviewsAreOff) {
+    PreviewRefreshOn = false;
+    RebuildPreviews(doc, {});
+    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Parts.tmp")));
+    PreviewRefreshOn = true;
+    WriteConfig("Terramason", "Previews", "0");
+    RebuildPreviews(doc, {});
+    ReloadPreviews(doc, {});
+    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Parts.tmp")));
+    EXPECT_TRUE(views.calls.empty());
+}
+
+TEST_F(PreviewFiles, WirePreviewGoesToTheScratchFolderAndTheWireWindow) {
+    struct WireViews : Views {
+        std::string shown;
+        void ShowWirePreview(const std::string& path) override { shown = path; }
+    } wire;
+    InstallViews(&wire);
+    WriteWirePreview(doc.Parts, DefaultPreviewScene(), {});
+    EXPECT_EQ(wire.shown, AppPath("temp/stad1.wrl"));
+    EXPECT_EQ(ReadText(wire.shown), WirePreviewText(doc.Parts, DefaultPreviewScene(), {}));
+    EXPECT_EQ(desktop.loadingTexts, (std::vector<std::string>{"Loading stadium preview..."}));
+    WriteQuadPreview({}, DefaultPreviewScene());
+    EXPECT_TRUE(std::filesystem::exists(AppPath("stad2.wrl")));
+}
