@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #define SI_NO_CONVERSION  // as shell/IniOps.cpp: values are bytes
@@ -44,7 +43,7 @@ const TempFiles& Files() {
 
 void WriteWhole(const std::string& path, const std::uint8_t* data, std::size_t size) {
     std::FILE* f = std::fopen(path.c_str(), "wb");
-    FUZZ_CHECK(f != nullptr, "the scratch file in /tmp can be written");
+    FUZZ_CHECK(f != nullptr, "the scratch file can be written");
     if (size > 0) FUZZ_CHECK(std::fwrite(data, 1, size, f) == size, "the scratch file takes the input");
     std::fclose(f);
 }
