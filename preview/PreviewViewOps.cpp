@@ -7,6 +7,12 @@
 
 bool RenderFlagsShowTextures(int flags) { return (flags & 256) == 0; }
 
+int PreviewWindowOf(const std::string& description) {
+    for (int i = 0; i < PreviewWindowCount; ++i)
+        if (description == PreviewWindowNames[i]) return i;
+    return -1;
+}
+
 int ActiveViewIndex(const std::array<bool, PreviewWindowCount>& active) {
     for (int i = 0; i < PreviewWindowCount; ++i)
         if (active[i]) return i;
@@ -45,14 +51,14 @@ bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float 
     return true;
 }
 
-int TwipsToPixels(double twips) {
+int PixelsFromTwips(double twips) {
     return static_cast<int>(std::nearbyint(twips / TwipsPerPixel));
 }
 
 std::array<PixelRect, PreviewWindowCount> PreviewWindowLayout() {
     constexpr double listStrip = 1850, width = 6715, height = 4750;
     auto rect = [&](double left, double top) {
-        return PixelRect{TwipsToPixels(left), TwipsToPixels(top), TwipsToPixels(width), TwipsToPixels(height)};
+        return PixelRect{PixelsFromTwips(left), PixelsFromTwips(top), PixelsFromTwips(width), PixelsFromTwips(height)};
     };
     std::array<PixelRect, PreviewWindowCount> layout;
     layout[ViewTop] = rect(listStrip, 0);
@@ -63,18 +69,18 @@ std::array<PixelRect, PreviewWindowCount> PreviewWindowLayout() {
 }
 
 PixelRect CortonaViewerControlRect(int width, int height, int stripHeight) {
-    const int right = TwipsToPixels(double(width) * TwipsPerPixel - 100);
-    const int bottom = TwipsToPixels(double(height) * TwipsPerPixel - 50);
+    const int right = PixelsFromTwips(double(width) * TwipsPerPixel - 100);
+    const int bottom = PixelsFromTwips(double(height) * TwipsPerPixel - 50);
     return {0, stripHeight, std::max(0, right), std::max(0, bottom - stripHeight)};
 }
 
 PixelRect StadiumPreviewControlRect(int width, int height) {
-    return {0, 0, std::max(0, TwipsToPixels(double(width) * TwipsPerPixel - 150)),
-            std::max(0, TwipsToPixels(double(height) * TwipsPerPixel - 390))};
+    return {0, 0, std::max(0, PixelsFromTwips(double(width) * TwipsPerPixel - 150)),
+            std::max(0, PixelsFromTwips(double(height) * TwipsPerPixel - 390))};
 }
 
 PixelRect StadiumPreviewPlacement(int screenWidth, int screenHeight, int frameWidth) {
-    const int w = TwipsToPixels(6885.0 * screenWidth / 1024);
-    const int h = TwipsToPixels(6885.0 * screenHeight / 768);
+    const int w = PixelsFromTwips(6885.0 * screenWidth / 1024);
+    const int h = PixelsFromTwips(6885.0 * screenHeight / 768);
     return {std::max(0, frameWidth - w), 0, w, h};
 }

@@ -4,12 +4,18 @@
 // and write the changed view back with WriteViewHeader and InstallView.
 #include <array>
 #include <cstdint>
+#include <string>
 
 #include "core/oif.h"
 
 // The windows in the order of ViewerWindows and PreviewViews.
 enum PreviewWindowIndex : int { ViewTop = 0, ViewRight = 1, ViewBack = 2, ViewPerspective = 3 };
 inline constexpr int PreviewWindowCount = 4;
+// The descriptions of the views, which are also the captions and file names of their windows.
+inline constexpr std::array<const char*, PreviewWindowCount> PreviewWindowNames = {"Top", "Right", "Back",
+                                                                                  "Perspective"};
+// The index of a description; -1 for any other text.
+int PreviewWindowOf(const std::string& description);
 
 // The window toolkit measures in twips; the screen has 15 of them to a pixel.
 inline constexpr int TwipsPerPixel = 15;
@@ -57,7 +63,7 @@ struct PixelRect {
 };
 
 // Twips to pixels, rounded to the nearest (ties to even).
-int TwipsToPixels(double twips);
+int PixelsFromTwips(double twips);
 
 // Where loadviews puts the four windows inside the main window, by PreviewWindowIndex. The strip
 // at the left is kept free for the parts list.

@@ -26,6 +26,15 @@ TEST(ActiveWindow, TheFirstActiveInTheOrderTopRightBackPerspectiveWins) {
     EXPECT_EQ(ActiveViewIndex({true, true, true, true}), ViewTop);
 }
 
+TEST(ActiveWindow, WindowsAreFoundByTheExactDescription) {
+    EXPECT_EQ(PreviewWindowOf("Top"), ViewTop);
+    EXPECT_EQ(PreviewWindowOf("Right"), ViewRight);
+    EXPECT_EQ(PreviewWindowOf("Back"), ViewBack);
+    EXPECT_EQ(PreviewWindowOf("Perspective"), ViewPerspective);
+    for (const char* other : {"", "top", "Vertex", "Perspective ", "Front"})
+        EXPECT_EQ(PreviewWindowOf(other), -1) << other;
+}
+
 TEST(RenderFlags, OnlyValuesWithoutThe256BitShowTextures) {
     EXPECT_TRUE(RenderFlagsShowTextures(RenderTextured));
     EXPECT_FALSE(RenderFlagsShowTextures(RenderUntextured));
@@ -136,13 +145,13 @@ TEST(Turn, AReleaseWithoutTravelLeavesTheAngles) {
 }
 
 TEST(Layout, TwipsRoundToTheNearestPixelWithTiesToEven) {
-    EXPECT_EQ(TwipsToPixels(0), 0);
-    EXPECT_EQ(TwipsToPixels(15), 1);
-    EXPECT_EQ(TwipsToPixels(22.5), 2);
-    EXPECT_EQ(TwipsToPixels(37.5), 2);
-    EXPECT_EQ(TwipsToPixels(1850), 123);
-    EXPECT_EQ(TwipsToPixels(6715), 448);
-    EXPECT_EQ(TwipsToPixels(-100), -7);
+    EXPECT_EQ(PixelsFromTwips(0), 0);
+    EXPECT_EQ(PixelsFromTwips(15), 1);
+    EXPECT_EQ(PixelsFromTwips(22.5), 2);
+    EXPECT_EQ(PixelsFromTwips(37.5), 2);
+    EXPECT_EQ(PixelsFromTwips(1850), 123);
+    EXPECT_EQ(PixelsFromTwips(6715), 448);
+    EXPECT_EQ(PixelsFromTwips(-100), -7);
 }
 
 TEST(Layout, FourWindowsInTwoRowsRightOfTheListStrip) {
