@@ -1,0 +1,22 @@
+#pragma once
+// Coin3D as the viewers use it: started once per process, its images read through QImage, its
+// sensor queue run from the Qt event loop, and its messages kept instead of printed, so that a
+// broken texture or world never puts text on the user's terminal.
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+// Starts Coin the first time it is called; later calls do nothing. Needs a QCoreApplication.
+void EnsureCoin();
+
+// What Coin reported since the last call (read errors, warnings), oldest first, and forgets it.
+// Kept for tests and for a look in a debugger; never shown.
+QStringList TakeCoinMessages();
+
+// Reads an image file into RGBA rows bottom first, as Coin's textures want them. Returns false
+// when Qt cannot read the file.
+struct CoinImage {
+    int width = 0, height = 0;
+    QByteArray rgba;
+};
+bool ReadCoinImage(const QString& path, CoinImage& image);

@@ -1,0 +1,268 @@
+#include "preview/ui/VrmlView.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QFocusEvent>
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QWheelEvent>
+
+#include <Inventor/SbLinear.h>
+#include <Inventor/SbViewportRegion.h>
+#include <Inventor/SoDB.h>
+#include <Inventor/SoInput.h>
+#include <Inventor/SoPath.h>
+#include <Inventor/VRMLnodes/SoVRMLViewpoint.h>
+#include <Inventor/actions/SoGLRenderAction.h>
+#include <Inventor/actions/SoGetBoundingBoxAction.h>
+#include <Inventor/actions/SoGetMatrixAction.h>
+#include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/elements/SoGLCacheContextElement.h>
+#include <Inventor/lists/SbStringList.h>
+#include <Inventor/misc/SoContextHandler.h>
+#include <Inventor/nodes/SoComplexity.h>
+#include <Inventor/nodes/SoDirectionalLight.h>
+#include <Inventor/nodes/SoPerspectiveCamera.h>
+#include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/sensors/SoNodeSensor.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "preview/PreviewViewOps.h"
+#include "preview/ui/CoinRuntime.h"
+
+namespace {
+
+// A VRML97 world without a Viewpoint is seen from here.
+const SbVec3f DefaultPosition(0, 0, 10);
+constexpr float DefaultFieldOfView = 0.785398f;
+// Coin's own default: textures at the quality it picks for the hardware.
+constexpr float TextureQualityOn = 0.5f;
+
+int ButtonCode(Qt::MouseButton button) {
+    switch (button) {
+    case Qt::LeftButton: return MouseLeft;
+    case Qt::RightButton: return MouseRight;
+    case Qt::MiddleButton: return MouseMiddle;
+    default: return 0;
+    }
+}
+
+int ShiftCode(Qt::KeyboardModifiers modifiers) {
+    return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
+           (modifiers & Qt::AltModifier ? 4 : 0);
+}
+
+// Whether Coin already looks in folder, so that it is not taken off the list after the read.
+bool IsSearched(const QByteArray& folder) {
+    const SbStringList& folders = SoInput::getDirectories();
+    for (int i = 0; i < folders.getLength(); ++i)
+        if (folders[i]->getString() == folder) return true;
+    return false;
+}
+
+}  // namespace
+
+VrmlView::VrmlView(QWidget* parent) : QOpenGLWidget(parent), renderFlags_(RenderUntextured) {
+    EnsureCoin();
+    setObjectName(QStringLiteral("Cortona1"));
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumSize(1, 1);
+
+    root_ = new SoSeparator;
+    root_->ref();
+    camera_ = new SoPerspectiveCamera;
+    headlight_ = new SoDirectionalLight;
+    // Texturing is switched off by a texture quality of 0, forced over anything the world says.
+    texturing_ = new SoComplexity;
+    texturing_->setOverride(TRUE);
+    world_ = new SoSeparator;
+    root_->addChild(camera_);
+    root_->addChild(headlight_);
+    root_->addChild(texturing_);
+    root_->addChild(world_);
+    setRenderFlags(renderFlags_);
+    bindFirstViewpoint();
+
+    sensor_ = new SoNodeSensor(sceneChanged, this);
+    sensor_->attach(root_);
+}
+
+VrmlView::~VrmlView() {
+    delete sensor_;
+    releaseGLCaches();
+    root_->unref();
+}
+
+void VrmlView::sceneChanged(void* data, SoSensor*) { static_cast<VrmlView*>(data)->update(); }
+
+bool VrmlView::hasWorld() const { return world_->getNumChildren() > 0; }
+
+bool VrmlView::showsTextures() const { return RenderFlagsShowTextures(renderFlags_); }
+
+void VrmlView::dropWorld() { world_->removeAllChildren(); }
+
+void VrmlView::setScene(const QString& path) {
+    scene_ = path;
+    dropWorld();
+    if (path != QLatin1String(NoScene)) {
+        QByteArray bytes;
+        {
+            QFile file(path);
+            if (file.open(QIODevice::ReadOnly)) bytes = file.readAll();
+        }
+        if (!bytes.isEmpty()) {
+            SoInput in;
+            in.setBuffer(bytes.constData(), static_cast<size_t>(bytes.size()));
+            // Textures are named relative to the world's folder and read while the world is.
+            const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
+            const bool searched = IsSearched(folder);
+            if (!searched) SoInput::addDirectoryFirst(folder.constData());
+            SoSeparator* read = SoDB::readAll(&in);
+            if (!searched) SoInput::removeDirectory(folder.constData());
+            if (read) world_->addChild(read);
+        }
+    }
+    bindFirstViewpoint();
+    update();
+}
+
+void VrmlView::bindFirstViewpoint() {
+    SbVec3f position = DefaultPosition;
+    SbRotation orientation = SbRotation::identity();
+    float fieldOfView = DefaultFieldOfView;
+
+    SoSearchAction search;
+    search.setType(SoVRMLViewpoint::getClassTypeId());
+    search.setInterest(SoSearchAction::FIRST);
+    search.setSearchingAll(TRUE);
+    search.apply(world_);
+    if (SoPath* path = search.getPath()) {
+        path->ref();
+        const auto* viewpoint = static_cast<const SoVRMLViewpoint*>(path->getTail());
+        // A Viewpoint inside transforms is placed by them.
+        SoGetMatrixAction toWorld(SbViewportRegion(1, 1));
+        toWorld.apply(path);
+        const SbMatrix& m = toWorld.getMatrix();
+        SbVec3f t, s;
+        SbRotation r, so;
+        m.getTransform(t, r, s, so);
+        m.multVecMatrix(viewpoint->position.getValue(), position);
+        orientation = viewpoint->orientation.getValue() * r;
+        fieldOfView = viewpoint->fieldOfView.getValue();
+        path->unref();
+    }
+
+    camera_->position = position;
+    camera_->orientation = orientation;
+    camera_->heightAngle = fieldOfView;
+    SbVec3f ahead;
+    orientation.multVec(SbVec3f(0, 0, -1), ahead);
+    headlight_->direction = ahead;
+    fitClippingPlanes();
+}
+
+void VrmlView::fitClippingPlanes() {
+    float nearest = 0.1f, farthest = 1000;
+    // The box does not depend on the window's size; any viewport will do.
+    SoGetBoundingBoxAction bounds(SbViewportRegion(100, 100));
+    bounds.apply(world_);
+    const SbBox3f box = bounds.getBoundingBox();
+    if (!box.isEmpty()) {
+        SbVec3f ahead;
+        camera_->orientation.getValue().multVec(SbVec3f(0, 0, -1), ahead);
+        const float radius = (box.getMax() - box.getMin()).length() / 2;
+        const float distance = (box.getCenter() - camera_->position.getValue()).dot(ahead);
+        farthest = std::max(distance + radius * 1.01f, 1.0f);
+        // A near plane too close to the eye costs the depth buffer its precision.
+        nearest = std::max(distance - radius * 1.01f, farthest / 5000);
+    }
+    camera_->nearDistance = nearest;
+    camera_->farDistance = farthest;
+}
+
+VrmlView::Camera VrmlView::camera() const {
+    Camera c;
+    const SbVec3f p = camera_->position.getValue();
+    c.x = p[0];
+    c.y = p[1];
+    c.z = p[2];
+    SbVec3f axis;
+    camera_->orientation.getValue().getValue(axis, c.angle);
+    c.axisX = axis[0];
+    c.axisY = axis[1];
+    c.axisZ = axis[2];
+    c.fieldOfView = camera_->heightAngle.getValue();
+    return c;
+}
+
+void VrmlView::setRenderFlags(int flags) {
+    renderFlags_ = flags;
+    texturing_->textureQuality = showsTextures() ? TextureQualityOn : 0.0f;
+    update();
+}
+
+void VrmlView::refresh() { update(); }
+
+void VrmlView::initializeGL() {
+    cacheContext_ = SoGLCacheContextElement::getUniqueCacheContext();
+    glReady_ = true;
+    // A widget moved to another top-level window gets a new context; Coin's textures and display
+    // lists of the old one go with it.
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &VrmlView::releaseGLCaches,
+            Qt::UniqueConnection);
+}
+
+void VrmlView::releaseGLCaches() {
+    if (!glReady_) return;
+    glReady_ = false;
+    makeCurrent();
+    SoContextHandler::destructingContext(cacheContext_);
+    doneCurrent();
+}
+
+void VrmlView::paintGL() {
+    QOpenGLFunctions* gl = context()->functions();
+    gl->glClearColor(192 / 255.0f, 192 / 255.0f, 192 / 255.0f, 1.0f);
+    gl->glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    gl->glEnable(GL_DEPTH_TEST);
+
+    const qreal ratio = devicePixelRatioF();
+    const auto w = static_cast<short>(std::clamp<qreal>(std::round(width() * ratio), 1, 32767));
+    const auto h = static_cast<short>(std::clamp<qreal>(std::round(height() * ratio), 1, 32767));
+    SoGLRenderAction render(SbViewportRegion(w, h));
+    render.setCacheContext(cacheContext_);
+    render.setTransparencyType(SoGLRenderAction::SORTED_OBJECT_BLEND);
+    render.apply(root_);
+}
+
+void VrmlView::mousePressEvent(QMouseEvent* event) {
+    const QPointF at = event->position() * TwipsPerPixel;
+    emit mousePressed(ButtonCode(event->button()), ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
+}
+
+void VrmlView::mouseReleaseEvent(QMouseEvent* event) {
+    const QPointF at = event->position() * TwipsPerPixel;
+    emit mouseReleased(ButtonCode(event->button()), ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
+}
+
+void VrmlView::wheelEvent(QWheelEvent* event) {
+    // Fine-grained wheels and touch pads deliver parts of a notch; they add up to whole ones.
+    wheelRest_ += event->angleDelta().y();
+    const int notches = wheelRest_ / 120;
+    wheelRest_ -= notches * 120;
+    event->accept();
+    if (notches != 0) emit wheelTurned(notches);
+}
+
+void VrmlView::focusInEvent(QFocusEvent* event) {
+    QOpenGLWidget::focusInEvent(event);
+    emit focusGained();
+}
+
+void VrmlView::focusOutEvent(QFocusEvent* event) {
+    QOpenGLWidget::focusOutEvent(event);
+    emit focusLost();
+}
