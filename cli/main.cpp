@@ -28,12 +28,8 @@ void PrintUsage(const CLI::App& app, const std::map<const CLI::App*, const Verb*
               << " VERB --help tells more)\n";
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    CliDesktop desktop(std::cerr);
-    InstallDesktop(&desktop);
-
+// Parses the command line and runs the chosen verb; whatever a verb throws goes to main.
+int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
     CLI::App app("The editor's operations without a window.", Program);
     app.require_subcommand(1);
     VerbWork run;
@@ -57,11 +53,20 @@ int main(int argc, char** argv) {
         PrintUsage(app, verbs);
         return ExitUsage;
     }
+    return run ? run() : ExitUsage;
+}
 
-    // Whatever goes wrong inside a verb ends the run with its message, never with a crash.
+}  // namespace
+
+int main(int argc, char** argv) {
+    CliDesktop desktop(std::cerr);
+    InstallDesktop(&desktop);
+
+    // Whatever goes wrong ends the run with its message, never with a crash.
+    int status = ExitFailed;
     std::string failure;
     try {
-        return run ? run() : ExitUsage;
+        status = RunCommandLine(argc, argv, desktop);
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory.";
     } catch (const std::exception& e) {
@@ -69,6 +74,7 @@ int main(int argc, char** argv) {
     } catch (...) {
         failure = "An unknown error occurred.";
     }
-    PrintMessageLines(std::cerr, failure);
-    return ExitFailed;
+    if (!failure.empty()) PrintMessageLines(std::cerr, failure);
+    InstallDesktop(nullptr);
+    return status;
 }
