@@ -18,5 +18,12 @@ extern std::string AppFolder;
 // AppFolder joined with a relative path such as "config.ini" or "temp/stad1.wrl".
 std::string AppPath(const std::string& relative);
 
+// The scratch folder of the project: "temp" in AppFolder, unless a batch run names another.
+extern std::string TempFolderOverride;
+std::string TempFolder();
+// The per-user folder when nothing else is given: $XDG_DATA_HOME/terramason, else
+// ~/.local/share/terramason.
+std::string DefaultAppFolder();
+
 // Puts every program-wide value back as it is at program start.
 void ResetProgramState();

@@ -82,7 +82,7 @@ void AddFaceStrip(std::string& b, const std::vector<std::int16_t>& indices) {
     }
 }
 
-std::string TempPath(const std::string& name) { return AppPath("temp/" + name); }
+std::string TempPath(const std::string& name) { return TempFolder() + "/" + name; }
 
 }  // namespace
 
@@ -166,7 +166,7 @@ void WriteWirePreview(const std::vector<OIFPart>& parts, const PreviewScene& sce
     try {
         const std::string text = WirePreviewText(parts, scene, selection);
         std::error_code ec;
-        std::filesystem::create_directories(AppPath("temp"), ec);
+        std::filesystem::create_directories(TempFolder(), ec);
         WriteTextFile(path, text);
     } catch (...) {
         desktop.HideLoading();
@@ -330,17 +330,21 @@ void InstallView(const PreviewViewpoint& view) {
     views.LoadView(view.Description, file);
 }
 
+void WritePreviewFiles(const OIFFile& doc, const PreviewSelection& selection) {
+    std::error_code ec;
+    std::filesystem::create_directories(TempFolder(), ec);
+    for (const PreviewViewpoint& view : PreviewViews) WriteViewHeader(doc, view);
+    WritePartFiles(doc);
+    AssembleParts(doc, selection);
+    for (const PreviewViewpoint& view : PreviewViews) InstallView(view);
+}
+
 void RebuildPreviews(const OIFFile& doc, const PreviewSelection& selection) {
     if (!PreviewsOn()) return;
     Desktop& desktop = TheDesktop();
     desktop.ShowLoading("Loading stadium previews...");
     try {
-        std::error_code ec;
-        std::filesystem::create_directories(AppPath("temp"), ec);
-        for (const PreviewViewpoint& view : PreviewViews) WriteViewHeader(doc, view);
-        WritePartFiles(doc);
-        AssembleParts(doc, selection);
-        for (const PreviewViewpoint& view : PreviewViews) InstallView(view);
+        WritePreviewFiles(doc, selection);
     } catch (...) {
         desktop.HideLoading();
         throw;

@@ -43,7 +43,9 @@ void WritePartFiles(const OIFFile& doc);
 void AssembleParts(const OIFFile& doc, const PreviewSelection& selection);
 void InstallView(const PreviewViewpoint& view);
 
-// Full rewrite of the four views; nothing when previews are off.
+// Writes every file of the four views and has their windows load them.
+void WritePreviewFiles(const OIFFile& doc, const PreviewSelection& selection);
+// Full rewrite of the four views with the progress window up; nothing when previews are off.
 void RebuildPreviews(const OIFFile& doc, const PreviewSelection& selection);
 // Rejoins the part files after a change of the shown parts; nothing when previews are off.
 void ReloadPreviews(const OIFFile& doc, const PreviewSelection& selection);

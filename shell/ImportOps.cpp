@@ -9,17 +9,18 @@
 #include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
-int importoif(const std::string& path) {
-    const OIFFile imported = LoadOIF(path);
+bool importoif(const std::string& path) {
+    bool ok = false;
+    const OIFFile imported = LoadOIF(path, &ok);
     OIFFile doc = CurrentProject.OIF;
     for (const OIFPart& part : imported.Parts) doc = AddPart(part, doc);
     CurrentProject.OIF = doc;
     TheViews().RefreshPartsList();
     TheViews().loadviews();
-    return static_cast<int>(imported.Parts.size());
+    return ok;
 }
 
-int importo(const std::string& path) {
+bool importo(const std::string& path) {
     const std::string handOver = AppPath("tempoif.oif");
     std::error_code ec;
     std::filesystem::remove(handOver, ec);
@@ -30,23 +31,17 @@ int importo(const std::string& path) {
         std::string text = InvalidOIFMessage;
         if (!ToolStatusLog.empty()) text += "\r\n\r\n" + ToolStatusLog;
         ShowMessage(text, MessageIcon::Exclamation);
-        return 0;
+        return false;
     }
-    const int added = importoif(handOver);
+    const bool ok = importoif(handOver);
     std::filesystem::remove(handOver, ec);
-    return added;
+    return ok;
 }
 
 bool ImportByExtension(const std::string& path) {
     const std::string extension = FileExtension(path);
-    if (extension == "oif") {
-        importoif(path);
-        return true;
-    }
-    if (extension == "o") {
-        importo(path);
-        return true;
-    }
+    if (extension == "oif") return importoif(path);
+    if (extension == "o") return importo(path);
     ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
     return false;
 }

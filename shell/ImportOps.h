@@ -9,12 +9,12 @@ inline constexpr const char* ImportFilter =
 inline constexpr const char* UnsupportedFileMessage = "File type not supported!";
 
 // Loads the .oif at path and appends each of its parts to CurrentProject.OIF; a refused file
-// adds nothing. Returns the number of parts added.
-int importoif(const std::string& path);
+// adds nothing. Returns false when the file was refused.
+bool importoif(const std::string& path);
 // Converts a .o through the converter into the hand-over file and imports that.
-int importo(const std::string& path);
+bool importo(const std::string& path);
 // Imports one file by its extension; an extension it cannot read is told and changes nothing.
-// Returns false when the file type is not supported.
+// Returns false when the file was refused or its type is not supported.
 bool ImportByExtension(const std::string& path);
 // The command: asks for a file (again while the chosen one does not exist) and imports it.
 void importfile();

@@ -47,8 +47,6 @@ int StadiumNumber(int basedOn) {
     return std::stoi(numbers[at]);
 }
 
-std::string TempFolder() { return AppPath("temp"); }
-
 namespace {
 
 // gfxpak lives beside the user's settings; a Windows build of it runs through Wine.

@@ -26,9 +26,6 @@ std::vector<std::string> SplitText(std::string& text, const std::string& delimit
 // The number of the game's archive "stadN.big" of catalogue row basedOn (0 gives 1, 28 gives 58).
 int StadiumNumber(int basedOn);
 
-// The scratch folder of the current project.
-std::string TempFolder();
-
 // Empties the scratch folder and fills the project: an empty document for index 0, otherwise
 // the stadium unpacked from the game and converted. A failed step is passed over and the next
 // runs; the messages of the conversion tell the user what went wrong.

@@ -58,7 +58,7 @@ TEST_F(Importing, ARefusedFileLeavesTheDocumentAsItWas) {
     Bytes bad = PartsFile(2);
     bad.data.resize(bad.data.size() - 3);
     WriteFile(m.dir.file("bad.oif"), bad.data);
-    EXPECT_EQ(importoif(m.dir.file("bad.oif")), 0);
+    EXPECT_FALSE(importoif(m.dir.file("bad.oif")));
     EXPECT_EQ(CurrentProject.OIF, before);
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF file!");
@@ -81,13 +81,13 @@ TEST_F(Importing, OFilesGoThroughTheConverterAndTheHandOverFileIsRemoved) {
     WriteFile(m.dir.file("made.oif"), PartsFile(1).data);
     m.InstallConverter(m.dir.file("made.oif"));
     m.Text(m.dir.file("stadium.o"), "O");
-    EXPECT_EQ(importo(m.dir.file("stadium.o")), 1);
+    EXPECT_TRUE(importo(m.dir.file("stadium.o")));
     EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 2);
     EXPECT_FALSE(fs::exists(AppFolder + "/tempoif.oif"));
     EXPECT_TRUE(m.desktop.messages.empty());
 
     m.InstallConverter("");
-    EXPECT_EQ(importo(m.dir.file("stadium.o")), 0);
+    EXPECT_FALSE(importo(m.dir.file("stadium.o")));
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF file!\r\n\r\nPlugin fifastadadp: bad chunk\n");
     EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 2);

@@ -89,7 +89,9 @@ TEST_F(ConfigFile, AnUnclosedSectionLineIsDroppedAndDoesNotGrowWithEverySave) {
         std::size_t end = saved.find('\n', start);
         if (end == std::string::npos) end = saved.size();
         const std::string line = saved.substr(start, end - start);
-        if (!line.empty() && line[0] == '[') EXPECT_EQ(line.back(), ']') << "a section header over several lines: " << line;
+        if (!line.empty() && line[0] == '[') {
+            EXPECT_EQ(line.back(), ']') << "a section header over several lines: " << line;
+        }
         start = end + 1;
     }
 }
