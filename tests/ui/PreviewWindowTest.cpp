@@ -1,0 +1,357 @@
+// The four preview windows and "Stadium Preview", driven through their controls with the real
+// preview writer: focus gives the active colour, and wheel, "+"/"-", arrow keys and drags change
+// the view of the first active window, rewrite its file and have its viewer load it again.
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QtTest>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <sstream>
+
+#include "core/ProgramState.h"
+#include "core/Views.h"
+#include "core/myOps.h"
+#include "preview/PreviewViewOps.h"
+#include "preview/VRMLOps.h"
+#include "preview/ui/CortonaViewer.h"
+#include "preview/ui/VrmlView.h"
+#include "preview/ui/vrmlviewer.h"
+#include "shell/IniOps.h"
+#include "shell/fileOps.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+// The main window's side of InstallView: hands the release and the load to the preview windows
+// and keeps a log of them.
+class ForwardingViews : public Views {
+public:
+    ForwardingViews() { previous_ = InstallViews(this); }
+    ~ForwardingViews() override { InstallViews(previous_); }
+    void ReleaseView(const std::string& description) override {
+        log.push_back("release " + description);
+        CortonaViewer::ReleaseView(description);
+    }
+    void LoadView(const std::string& description, const std::string& path) override {
+        log.push_back("load " + description);
+        CortonaViewer::LoadView(description, path);
+    }
+    std::vector<std::string> log;
+
+private:
+    Views* previous_ = nullptr;
+};
+
+// A pitch of 4000 x 4000 units in the X-Z plane, one quad as a strip of two triangles.
+OIFFile Pitch() {
+    OIFPart p;
+    p.Header.Name = "pitch";
+    p.Header.Texture = "tp01";
+    auto v = [](float x, float z, float u, float w) {
+        OIFVertex r;
+        r.X = x;
+        r.Z = z;
+        r.U = u;
+        r.V = w;
+        return r;
+    };
+    p.Vertices = {v(-2000, -2000, 0, 0), v(2000, -2000, 1, 0), v(-2000, 2000, 0, 1), v(2000, 2000, 1, 1)};
+    p.Indices = {0, 1, 2, 3};
+    p.Header.VertexCount = 4;
+    p.Header.IndexCount = 4;
+    OIFFile doc;
+    doc.Parts.push_back(p);
+    return doc;
+}
+
+std::string Slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+int CountNotBackground(const QImage& image) {
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) == 0xC0C0C0 ? 0 : 1;
+    return n;
+}
+
+}  // namespace
+
+class PreviewWindowTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScratchFolder> folder_;
+    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ForwardingViews> views_;
+    std::unique_ptr<QWidget> frame_;
+
+    CortonaViewer* w(int index) { return CortonaViewer::existing(index); }
+    PreviewViewpoint start(int index) { return StartPreviewViews()[index]; }
+    void focusStrip(int index) {
+        w(index)->Picture1()->setFocus(Qt::OtherFocusReason);
+        QTRY_VERIFY(w(index)->Picture1()->hasFocus());
+    }
+    void wheel(QWidget* target, int delta) {
+        QWheelEvent e(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, delta), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(target, &e);
+    }
+    std::vector<bool> activeColours() {
+        std::vector<bool> a;
+        for (int i = 0; i < PreviewWindowCount; ++i) a.push_back(w(i)->showsActiveColour());
+        return a;
+    }
+
+private slots:
+    void init() {
+        ResetProgramState();
+        folder_ = std::make_unique<ScratchFolder>();
+        AppFolder = folder_->path();
+        std::filesystem::create_directories(AppPath("temp"));
+        desktop_ = std::make_unique<ScriptedDesktop>();
+        views_ = std::make_unique<ForwardingViews>();
+        WriteConfig("Terramason", "Previews", "1");
+        WriteConfig("Previews", "ZoomAmount", "1000");
+        PreviewRefreshOn = true;
+        CurrentProject.OIF = Pitch();
+        PreviewViews = StartPreviewViews();
+
+        frame_ = std::make_unique<QWidget>();
+        frame_->resize(1100, 700);
+        const auto layout = PreviewWindowLayout();
+        for (int i = 0; i < PreviewWindowCount; ++i) {
+            auto* v = new CortonaViewer(i, frame_.get());
+            v->setGeometry(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height);
+        }
+        frame_->show();
+        // Xvfb has no window manager to activate a new window; focus needs an active one.
+        frame_->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(frame_.get()));
+        // Activation hands the focus to the first strip; the tests start with no window active.
+        if (QWidget* focused = QApplication::focusWidget()) focused->clearFocus();
+        QCOMPARE(CortonaViewer::activeIndex(), -1);
+        RebuildPreviews(CurrentProject.OIF, PreviewSelection{});
+        for (int i = 0; i < PreviewWindowCount; ++i)
+            QCOMPARE(w(i)->Cortona1()->scene(), QString::fromStdString(ViewFilePath(PreviewWindowNames[i])));
+        views_->log.clear();
+    }
+    void cleanup() {
+        frame_.reset();
+        views_.reset();
+        desktop_.reset();
+        folder_.reset();
+        ResetProgramState();
+    }
+
+    void controlsStandWhereTheWindowPutsThem() {
+        CortonaViewer* top = w(ViewTop);
+        QCOMPARE(top->Label()->text(), QStringLiteral("Top"));
+        QCOMPARE(w(ViewPerspective)->Label()->text(), QStringLiteral("Perspective"));
+        QCOMPARE(top->zoomin()->text(), QStringLiteral("+"));
+        QCOMPARE(top->zoomout()->text(), QStringLiteral("-"));
+        QCOMPARE(top->Picture1()->palette().color(QPalette::Window), QColor(0xC0, 0xC0, 0xC0));
+        const PixelRect r = CortonaViewerControlRect(top->width(), top->height(), top->Frame1()->height());
+        QCOMPARE(top->Cortona1()->geometry(), QRect(r.Left, r.Top, r.Width, r.Height));
+        QCOMPARE(top->Cortona1()->y(), top->Frame1()->geometry().bottom() + 1);
+        // "-" at the right end of the strip, "+" just left of it.
+        QCOMPARE(top->zoomout()->geometry().right(), top->Picture1()->width() - 1);
+        QCOMPARE(top->zoomin()->geometry().right() + 1, top->zoomout()->x());
+        QCOMPARE(top->Picture1()->geometry().right() + 1, r.Width);
+        top->resize(600, 400);
+        QCOMPARE(top->Cortona1()->geometry(), QRect(0, top->Frame1()->height(), 593, 397 - top->Frame1()->height()));
+        // Every window starts with the stored render flags: untextured.
+        for (int i = 0; i < PreviewWindowCount; ++i) QCOMPARE(w(i)->Cortona1()->renderFlags(), RenderUntextured);
+    }
+
+    void focusOnTheStripOrTheViewerGivesTheActiveColour() {
+        focusStrip(ViewBack);
+        QCOMPARE(activeColours(), (std::vector<bool>{false, false, true, false}));
+        QCOMPARE(CortonaViewer::activeIndex(), int(ViewBack));
+        QCOMPARE(w(ViewBack)->Frame1()->palette().color(QPalette::Window), CortonaViewer::activeTitleColour());
+        QCOMPARE(w(ViewTop)->Frame1()->palette().color(QPalette::Window), CortonaViewer::inactiveTitleColour());
+
+        w(ViewRight)->Cortona1()->setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(activeColours(), (std::vector<bool>{false, true, false, false}));
+
+        // A click on the caption hands the focus to the strip of that window.
+        QTest::mouseClick(w(ViewPerspective)->Label(), Qt::LeftButton);
+        QTRY_VERIFY(w(ViewPerspective)->Picture1()->hasFocus());
+        QCOMPARE(activeColours(), (std::vector<bool>{false, false, false, true}));
+
+        w(ViewPerspective)->Picture1()->clearFocus();
+        QTRY_COMPARE(CortonaViewer::activeIndex(), -1);
+    }
+
+    void theLookupTakesTheFirstActiveWindowWhateverWindowTheEventIsIn() {
+        focusStrip(ViewPerspective);
+        // The wheel turns over the Top window: the active Perspective view zooms.
+        wheel(w(ViewTop)->Cortona1(), 2 * 120);
+        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 2000);
+        QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
+        QCOMPARE(views_->log, (std::vector<std::string>{"release Perspective", "load Perspective"}));
+        const std::string head = Slurp(ViewFilePath("Perspective"));
+        QVERIFY2(head.find("position 0 1500 28000") != std::string::npos, head.c_str());
+        QVERIFY2(head.find("Shape {") != std::string::npos, "the parts are joined behind the head");
+        QCOMPARE(w(ViewPerspective)->Cortona1()->scene(), QString::fromStdString(ViewFilePath("Perspective")));
+        QVERIFY(w(ViewPerspective)->Cortona1()->hasWorld());
+    }
+
+    void withoutAnActiveWindowInputChangesNothing() {
+        wheel(w(ViewTop)->Cortona1(), 120);
+        w(ViewTop)->keyPressed(KeyLeft);
+        QCOMPARE(PreviewViews, StartPreviewViews());
+        QVERIFY(views_->log.empty());
+    }
+
+    void zoomAmountIsReadAtEachTurnAndNonNumbersCountAsNothing() {
+        focusStrip(ViewTop);
+        WriteConfig("Previews", "ZoomAmount", "250.5 units");
+        wheel(w(ViewTop)->Cortona1(), -120);
+        QCOMPARE(PreviewViews[ViewTop].PositionZ, 30250.5f);
+        WriteConfig("Previews", "ZoomAmount", "lots");
+        views_->log.clear();
+        wheel(w(ViewTop)->Cortona1(), 120);
+        QCOMPARE(PreviewViews[ViewTop].PositionZ, 30250.5f);
+        // The view is reloaded all the same.
+        QCOMPARE(views_->log.size(), std::size_t(2));
+    }
+
+    void plusOnAWindowThatWasNotActiveActivatesItFirst() {
+        focusStrip(ViewTop);
+        QTest::mouseClick(w(ViewRight)->zoomin(), Qt::LeftButton);
+        QCOMPARE(PreviewViews[ViewRight].PositionZ, start(ViewRight).PositionZ - 1000);
+        QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
+        QTRY_VERIFY(w(ViewRight)->Picture1()->hasFocus());
+        QCOMPARE(activeColours(), (std::vector<bool>{false, true, false, false}));
+
+        QTest::mouseClick(w(ViewRight)->zoomout(), Qt::LeftButton);
+        QTest::mouseClick(w(ViewRight)->zoomout(), Qt::LeftButton);
+        QCOMPARE(PreviewViews[ViewRight].PositionZ, start(ViewRight).PositionZ + 1000);
+    }
+
+    void arrowKeysInTheStripPanAndEveryKeyReloads() {
+        focusStrip(ViewBack);
+        QTest::keyClick(w(ViewBack)->Picture1(), Qt::Key_Left);
+        QTest::keyClick(w(ViewBack)->Picture1(), Qt::Key_Up);
+        QCOMPARE(PreviewViews[ViewBack].PositionX, start(ViewBack).PositionX + 1000);
+        QCOMPARE(PreviewViews[ViewBack].PositionY, start(ViewBack).PositionY - 1000);
+        QTest::keyClick(w(ViewBack)->Picture1(), Qt::Key_Right);
+        QTest::keyClick(w(ViewBack)->Picture1(), Qt::Key_Down);
+        QCOMPARE(PreviewViews[ViewBack], start(ViewBack));
+        views_->log.clear();
+        QTest::keyClick(w(ViewBack)->Picture1(), Qt::Key_A);
+        QCOMPARE(PreviewViews[ViewBack], start(ViewBack));
+        QCOMPARE(views_->log, (std::vector<std::string>{"release Back", "load Back"}));
+        QVERIFY2(w(ViewBack)->Picture1()->hasFocus(), "keys do not leave the strip");
+    }
+
+    void aLeftDragTurnsTheActiveViewAtItsEnd() {
+        VrmlView* view = w(ViewPerspective)->Cortona1();
+        QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+        QVERIFY2(PreviewViews == StartPreviewViews(), "nothing turns while the button is down");
+        QCOMPARE(w(ViewPerspective)->turnStart(), (TurnStart{MouseLeft, 150, 150}));
+        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(30, 50));
+        // 20 x 40 pixels are 300 x 600 twips: 3 degrees about Y and 6 about X.
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationX, float(start(ViewPerspective).SceneRotationX + DegToRad(6)));
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationY, float(start(ViewPerspective).SceneRotationY + DegToRad(3)));
+        QCOMPARE(views_->log, (std::vector<std::string>{"release Perspective", "load Perspective"}));
+        // The viewer hands the keyboard to the strip; the window stays the active one.
+        QTRY_VERIFY(w(ViewPerspective)->Picture1()->hasFocus());
+        QCOMPARE(CortonaViewer::activeIndex(), int(ViewPerspective));
+    }
+
+    void aRightPressOverwritesTheButtonAndTheReleaseDoesNotTurn() {
+        VrmlView* view = w(ViewTop)->Cortona1();
+        QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+        QTest::mousePress(view, Qt::RightButton, Qt::NoModifier, QPoint(90, 90));
+        QCOMPARE(w(ViewTop)->turnStart(), (TurnStart{MouseRight, 150, 150}));
+        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(60, 60));
+        QCOMPARE(PreviewViews, StartPreviewViews());
+        QVERIFY(views_->log.empty());
+    }
+
+    void theReleaseUsesThePressOfItsOwnWindowAndTurnsTheActiveView() {
+        // Top holds a left press; the release arrives there while Back shows the active colour.
+        QTest::mousePress(w(ViewTop)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
+        focusStrip(ViewBack);
+        QTest::mouseRelease(w(ViewTop)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 101));
+        QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
+        // Top got the focus with the press, lost it to Back's strip; Back is the one turned.
+        QCOMPARE(PreviewViews[ViewBack].SceneRotationX, float(start(ViewBack).SceneRotationX + DegToRad(15)));
+    }
+
+    void theNewViewIsWhatTheViewerShows() {
+        CortonaViewer* persp = w(ViewPerspective);
+        const int before = CountNotBackground(persp->Cortona1()->grabFramebuffer());
+        QVERIFY2(before > 50, "the pitch is in the picture");
+        for (int i = 0; i < 3; ++i) QTest::mouseClick(persp->zoomin(), Qt::LeftButton);
+        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, 27000.0f);
+        QCOMPARE(persp->Cortona1()->camera().z, 27000.0f);
+        const int after = CountNotBackground(persp->Cortona1()->grabFramebuffer());
+        QVERIFY2(after > before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
+    }
+
+    void reloadSceneReadsTheFileAgain() {
+        CortonaViewer* top = w(ViewTop);
+        const QString path = top->Cortona1()->scene();
+        PreviewViews[ViewTop].PositionZ = 12345;
+        WriteViewHeader(CurrentProject.OIF, PreviewViews[ViewTop]);
+        std::filesystem::copy_file(AppPath("temp/Top.tmp"), ViewFilePath("Top"),
+                                   std::filesystem::copy_options::overwrite_existing);
+        AppendFile(AppPath("temp/Parts.tmp"), ViewFilePath("Top"));
+        QCOMPARE(top->Cortona1()->camera().z, 30000.0f);
+        top->reloadScene();
+        QCOMPARE(top->Cortona1()->scene(), path);
+        QCOMPARE(top->Cortona1()->camera().z, 12345.0f);
+    }
+
+    void viewsWithoutAWindowAreSkipped() {
+        // A description of no window: the hooks do nothing and nothing breaks.
+        CortonaViewer::ReleaseView("Vertex");
+        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
+        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(w(i)->Cortona1()->hasWorld());
+        CortonaViewer::ReleaseView("Back");
+        QCOMPARE(w(ViewBack)->Cortona1()->scene(), QStringLiteral("None"));
+        QVERIFY(!w(ViewBack)->Cortona1()->hasWorld());
+        QVERIFY(desktop_->messages.empty());
+    }
+
+    void theWindowsAreFoundByIndexAndDescription() {
+        QCOMPARE(CortonaViewer::existing("Right"), w(ViewRight));
+        QCOMPARE(CortonaViewer::existing("right"), static_cast<CortonaViewer*>(nullptr));
+        // Touching an existing window makes no other.
+        QCOMPARE(CortonaViewer::window(ViewBack), w(ViewBack));
+        frame_.reset();
+        QCOMPARE(CortonaViewer::existing(ViewBack), static_cast<CortonaViewer*>(nullptr));
+        std::unique_ptr<CortonaViewer> made(CortonaViewer::window(ViewBack));
+        QCOMPARE(CortonaViewer::existing(ViewBack), made.get());
+        QVERIFY(!made->isVisible());
+        QCOMPARE(made->Label()->text(), QStringLiteral("Back"));
+    }
+
+    void stadiumPreviewKeepsItsViewerInsideTheMargins() {
+        std::unique_ptr<vrmlviewer> v(vrmlviewer::window());
+        QCOMPARE(vrmlviewer::existing(), v.get());
+        QCOMPARE(v->windowTitle(), QStringLiteral("Stadium Preview"));
+        v->show();
+        v->resize(600, 400);
+        QCOMPARE(v->Cortona1()->geometry(), QRect(0, 0, 590, 374));
+        v->showvrml(1000);
+        const QSize screen = v->screen()->size();
+        const PixelRect r = StadiumPreviewPlacement(screen.width(), screen.height(), 1000);
+        QCOMPARE(v->size(), QSize(r.Width, r.Height));
+        QVERIFY(v->isVisible());
+        QCOMPARE(v->Cortona1()->size(), QSize(r.Width - 10, r.Height - 26));
+    }
+};
+
+QTEST_MAIN(PreviewWindowTest)
+#include "PreviewWindowTest.moc"
