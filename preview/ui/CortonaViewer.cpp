@@ -73,8 +73,8 @@ CortonaViewer::CortonaViewer(int index, QWidget* parent) : QWidget(parent), inde
     connect(cortona1_, &VrmlView::focusGained, this, [this] { setActiveColour(true); });
     connect(cortona1_, &VrmlView::focusLost, this, [this] { setActiveColour(false); });
     connect(cortona1_, &VrmlView::wheelTurned, this, &CortonaViewer::wheelTurned);
-    connect(cortona1_, &VrmlView::mousePressed, this, &CortonaViewer::cortonaPressed);
-    connect(cortona1_, &VrmlView::mouseReleased, this, &CortonaViewer::cortonaReleased);
+    connect(cortona1_, &VrmlView::mousePressed, this, &CortonaViewer::viewerPressed);
+    connect(cortona1_, &VrmlView::mouseReleased, this, &CortonaViewer::viewerReleased);
 
     setActiveColour(false);
     layoutControls();
@@ -166,11 +166,11 @@ void CortonaViewer::zoominClick() { zoomButton(1); }
 
 void CortonaViewer::zoomoutClick() { zoomButton(-1); }
 
-void CortonaViewer::cortonaPressed(int button, int, float x, float y) {
+void CortonaViewer::viewerPressed(int button, int, float x, float y) {
     PressTurn(turnStart_, static_cast<std::int16_t>(button), x, y);
 }
 
-void CortonaViewer::cortonaReleased(int, int, float x, float y) {
+void CortonaViewer::viewerReleased(int, int, float x, float y) {
     const int a = activeIndex();
     if (a >= 0 && static_cast<std::size_t>(a) < PreviewViews.size() && ReleaseTurn(PreviewViews[a], turnStart_, x, y))
         applyView(a);

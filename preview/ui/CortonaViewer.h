@@ -73,8 +73,8 @@ protected:
 private:
     void setActiveColour(bool active);
     void zoomButton(int notches);
-    void cortonaPressed(int button, int shift, float x, float y);
-    void cortonaReleased(int button, int shift, float x, float y);
+    void viewerPressed(int button, int shift, float x, float y);
+    void viewerReleased(int button, int shift, float x, float y);
     // WriteViewHeader and InstallView for view a, after its change.
     static void applyView(int a);
     void layoutControls();
