@@ -1,6 +1,7 @@
 #include "core/NumberText.h"
 
 #include <cctype>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -65,10 +66,9 @@ double LeadingNumber(std::string_view text) {
 std::string ShortestSingleText(float value) {
     if (std::isnan(value)) return "0";
     if (value == 0) return "0";
+    // to_chars picks the fewest digits that read back exactly, in the shorter of the fixed and
+    // the exponent form ("100", not "1e+02").
     char buf[64];
-    for (int digits = 1; digits <= 9; ++digits) {
-        std::snprintf(buf, sizeof buf, "%.*g", digits, static_cast<double>(value));
-        if (std::strtof(buf, nullptr) == value) break;
-    }
-    return buf;
+    const auto result = std::to_chars(buf, buf + sizeof buf, value);
+    return std::string(buf, result.ptr);
 }

@@ -68,6 +68,9 @@ TEST(ShortestSingleText, IsTheShortestTextThatReadsBackExactly) {
     EXPECT_EQ(ShortestSingleText(0.1f), "0.1");
     EXPECT_EQ(ShortestSingleText(1.0f / 3), "0.33333334");
     EXPECT_EQ(ShortestSingleText(16777216.0f), "16777216");
+    EXPECT_EQ(ShortestSingleText(100.0f), "100");
+    EXPECT_EQ(ShortestSingleText(1e7f), "1e+07");
+    EXPECT_EQ(ShortestSingleText(-2.5f), "-2.5");
     std::mt19937 rng(11);
     std::uniform_int_distribution<std::uint32_t> bits;
     for (int i = 0; i < 50000; ++i) {
