@@ -20,6 +20,24 @@ MessageAnswer QuietDesktop::Message(const std::string&, const std::string&, Mess
     }
 }
 
+std::string FileUrl(const std::string& path) {
+    static const char* hex = "0123456789ABCDEF";
+    std::string url = "file://";
+    for (const char ch : path) {
+        const auto c = static_cast<unsigned char>(ch);
+        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                           c == '/' || c == '-' || c == '.' || c == '_' || c == '~';
+        if (plain) {
+            url += ch;
+        } else {
+            url += '%';
+            url += hex[c >> 4];
+            url += hex[c & 15];
+        }
+    }
+    return url;
+}
+
 Desktop& TheDesktop() { return *current; }
 
 Desktop* InstallDesktop(Desktop* desktop) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 enum class MessageIcon { None, Critical, Question, Exclamation, Information };
 enum class MessageButtons { OK, OKCancel, YesNo, YesNoCancel, RetryCancel };
@@ -14,6 +15,9 @@ enum class MessageAnswer { OK, Cancel, Yes, No, Retry };
 
 // How a started program's window is shown; the values are those of the platform's process start.
 enum class WindowMode : int { Hidden = 0, Normal = 1, Maximised = 3 };
+
+// "file://" and the absolute path, with the bytes a URL cannot hold percent-encoded.
+std::string FileUrl(const std::string& path);
 
 class Desktop {
 public:
@@ -46,8 +50,16 @@ public:
     }
 
     virtual void OpenWebPage(const std::string& address) = 0;
+    // Opens a file in the desktop's text editor without waiting for it. A desktop without one
+    // hands the file to whatever shows file:// addresses.
+    virtual void OpenInTextEditor(const std::string& path) { OpenWebPage(FileUrl(path)); }
+
     virtual std::string ClipboardText() = 0;
     virtual void SetClipboardText(const std::string& text) = 0;
+    // The clipboard's picture as PNG bytes; empty when it holds none. Setting one replaces
+    // whatever the clipboard held.
+    virtual std::vector<std::uint8_t> ClipboardImage() { return {}; }
+    virtual void SetClipboardImage(const std::vector<std::uint8_t>& png) { (void)png; }
 
     // A value of the registry by its full path ("HKEY_...\\key\\value"); "" when absent.
     virtual std::string RegistryValue(const std::string& path) = 0;

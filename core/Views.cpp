@@ -1,5 +1,9 @@
 #include "core/Views.h"
 
+#include "core/ProgramState.h"
+
+std::vector<bool> Views::SelectedParts() { return std::vector<bool>(CurrentProject.OIF.Parts.size(), true); }
+
 namespace {
 Views idle;
 Views* current = &idle;

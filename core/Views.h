@@ -1,4 +1,6 @@
 #pragma once
+#include <vector>
+
 // What an operation on the document asks of the windows that show it. The editor installs its
 // windows here; without them (terramason-cli, most tests) every call does nothing.
 class Views {
@@ -14,6 +16,9 @@ public:
     virtual void ReloadPreviews() {}
     // Places and shows the parts list.
     virtual void showselectobj() {}
+    // Which rows of the parts list are selected, one flag per row; row i stands for part i, and
+    // a selected part is one the previews show. Without a parts list every part is shown.
+    virtual std::vector<bool> SelectedParts();
 };
 
 Views& TheViews();

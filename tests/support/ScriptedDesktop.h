@@ -32,10 +32,12 @@ public:
     // When set, commands really run (tests with fake tools); otherwise they are only recorded.
     bool runProcesses = false;
     std::string clipboard;
+    std::vector<std::uint8_t> clipboardImage;  // PNG bytes; empty: no picture
 
     // Records.
     std::vector<ShownMessage> messages;
     std::vector<std::string> dialogTitles, pages, commands, loadingTexts;
+    std::vector<std::string> editedFiles;  // files opened in the text editor
     std::vector<std::int64_t> ended;
     int unansweredQuestions = 0;  // questions asked with an empty script (answered Cancel/No)
     bool loadingShown = false;
@@ -75,8 +77,18 @@ public:
         Processes::End(pid);
     }
     void OpenWebPage(const std::string& address) override { pages.push_back(address); }
+    void OpenInTextEditor(const std::string& path) override { editedFiles.push_back(path); }
+    // Like a real clipboard, it holds text or a picture, not both.
     std::string ClipboardText() override { return clipboard; }
-    void SetClipboardText(const std::string& text) override { clipboard = text; }
+    void SetClipboardText(const std::string& text) override {
+        clipboard = text;
+        clipboardImage.clear();
+    }
+    std::vector<std::uint8_t> ClipboardImage() override { return clipboardImage; }
+    void SetClipboardImage(const std::vector<std::uint8_t>& png) override {
+        clipboardImage = png;
+        clipboard.clear();
+    }
     std::string RegistryValue(const std::string& path) override {
         auto it = registry.find(path);
         if (it != registry.end()) return it->second;
