@@ -87,6 +87,9 @@ void EnsureCoin() {
     started = true;
 
     SoDB::init();
+    // Nothing in a preview moves; without this the clock field would wake the program 12 times
+    // a second.
+    SoDB::setRealTimeInterval(SbTime(0.0));
     SoError::setHandlerCallback(KeepMessage, nullptr);
     SoDebugError::setHandlerCallback(KeepMessage, nullptr);
     SoReadError::setHandlerCallback(KeepMessage, nullptr);

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <Inventor/SoDB.h>
+#include <Inventor/sensors/SoSensorManager.h>
 #include <Inventor/sensors/SoOneShotSensor.h>
 #include <Inventor/sensors/SoTimerSensor.h>
 
@@ -341,6 +342,15 @@ private slots:
         timer.schedule();
         QTRY_VERIFY_WITH_TIMEOUT(ticks >= 3, 3000);
         timer.unschedule();
+
+        // With a world shown, once Coin's own time-out for its delay queue has run, nothing is
+        // left to wake the program.
+        const std::string wrl = folder_->file("still.wrl");
+        WriteText(wrl, World(Viewpoint("0 0 10") + Square(0, 0, 1, Red)));
+        view_->setScene(QString::fromStdString(wrl));
+        picture();
+        SbTime due;
+        QTRY_VERIFY_WITH_TIMEOUT(!SoDB::getSensorManager()->isTimerSensorPending(due), 1000);
     }
 
     void imagesAreHandedToCoinBottomRowFirst() {
