@@ -1,6 +1,25 @@
 #include "cli/CliDesktop.h"
 
+#include "shell/Processes.h"
+#include "shell/RegistryOps.h"
+
 CliDesktop::CliDesktop(std::ostream& err) : err_(err) {}
+
+std::int64_t CliDesktop::StartProcess(const std::string& commandLine, WindowMode) { return Processes::Start(commandLine); }
+
+std::int64_t CliDesktop::StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) {
+    return Processes::Start(commandLine, outputFile);
+}
+
+bool CliDesktop::ProcessRunning(std::int64_t pid) { return Processes::Running(pid); }
+
+int CliDesktop::ProcessExitCode(std::int64_t pid) { return Processes::ExitCode(pid); }
+
+void CliDesktop::EndProcess(std::int64_t pid) { Processes::End(pid); }
+
+std::string CliDesktop::RegistryValue(const std::string& path) {
+    return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
+}
 
 MessageAnswer CliDesktop::Message(const std::string& text, const std::string& title, MessageIcon icon,
                                   MessageButtons buttons) {

@@ -13,6 +13,14 @@ public:
 
     MessageAnswer Message(const std::string& text, const std::string& title, MessageIcon icon,
                           MessageButtons buttons) override;
+    // Outside programs really run: the converter of .o files is one.
+    std::int64_t StartProcess(const std::string& commandLine, WindowMode mode) override;
+    std::int64_t StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) override;
+    bool ProcessRunning(std::int64_t pid) override;
+    int ProcessExitCode(std::int64_t pid) override;
+    void EndProcess(std::int64_t pid) override;
+    // The same registry values the editor sees: the per-user file, then the Wine prefix.
+    std::string RegistryValue(const std::string& path) override;
     std::string ClipboardText() override { return clipboard_; }
     void SetClipboardText(const std::string& text) override { clipboard_ = text; }
 

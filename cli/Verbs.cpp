@@ -1,5 +1,7 @@
 #include "cli/Verbs.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -7,7 +9,11 @@
 
 #include "cli/JsonOut.h"
 #include "core/OIFOps.h"
+#include "core/ProgramState.h"
 #include "core/binaryOps.h"
+#include "preview/VRMLOps.h"
+#include "shell/ImportOps.h"
+#include "shell/fileOps.h"
 
 namespace {
 
@@ -31,6 +37,135 @@ int Resave(const std::string& in, const std::string& out) {
     return ExitDone;
 }
 
+// The document a changing verb starts from: --into, or the empty stadium. False when refused.
+bool StartDocument(const std::string& into, OIFFile& doc) {
+    if (into.empty()) {
+        doc = NewOIFFile();
+        return true;
+    }
+    bool ok = false;
+    doc = LoadOIF(into, &ok);
+    return ok;
+}
+
+int SaveDocument(OIFFile& doc, const std::string& out) {
+    binaryOps::WriteBytesFile(SaveOIF(doc), out);
+    return ExitDone;
+}
+
+// "0,2,5": part indices counted from 0. Throws CLI::ValidationError on anything else.
+std::vector<bool> HiddenParts(const std::string& list, std::size_t parts) {
+    std::vector<bool> shown(parts, true);
+    if (list.empty()) return shown;
+    std::size_t start = 0;
+    while (start <= list.size()) {
+        const std::size_t end = std::min(list.find(',', start), list.size());
+        const std::string item = list.substr(start, end - start);
+        std::size_t used = 0;
+        long index = -1;
+        try {
+            index = std::stol(item, &used);
+        } catch (const std::exception&) {
+            used = 0;
+        }
+        if (used != item.size() || item.empty() || index < 0)
+            throw CLI::ValidationError("--hide", "\"" + item + "\" is not a part index");
+        if (static_cast<std::size_t>(index) < parts) shown[static_cast<std::size_t>(index)] = false;
+        start = end + 1;
+    }
+    return shown;
+}
+
+int Import(const std::string& file, const std::string& into, const std::string& out) {
+    OIFFile doc;
+    if (!StartDocument(into, doc)) return ExitFailed;
+    if (!FileExists(file)) throw std::runtime_error("Cannot open \"" + file + "\": no such file.");
+    CurrentProject.OIF = doc;
+    if (!ImportByExtension(file)) return ExitFailed;
+    return SaveDocument(CurrentProject.OIF, out);
+}
+
+int Merge(const std::string& in, bool crowdOnly, const std::string& out) {
+    OIFFile doc;
+    if (!StartDocument(in, doc)) return ExitFailed;
+    MergeSameTexture(doc, crowdOnly);
+    return SaveDocument(doc, out);
+}
+
+int Previews(const std::string& in, const std::string& dir, const std::string& hide) {
+    OIFFile doc;
+    if (!StartDocument(in, doc)) return ExitFailed;
+    TempFolderOverride = dir;
+    PreviewViews = StartPreviewViews();
+    WritePreviewFiles(doc, PreviewSelection{HiddenParts(hide, doc.Parts.size()), -1, -1});
+    return ExitDone;
+}
+
+int Wire(const std::string& in, const std::string& out, const std::string& hide, const std::string& vertex) {
+    OIFFile doc;
+    if (!StartDocument(in, doc)) return ExitFailed;
+    PreviewSelection selection{HiddenParts(hide, doc.Parts.size()), -1, -1};
+    if (!vertex.empty()) {
+        int part = -1, index = -1;
+        char colon = 0, rest = 0;
+        if (std::sscanf(vertex.c_str(), "%d%c%d%c", &part, &colon, &index, &rest) != 3 || colon != ':' || part < 0 || index < 0)
+            throw CLI::ValidationError("--vertex", "\"" + vertex + "\" is not PART:VERTEX");
+        selection.part = part;
+        selection.vertex = index;
+    }
+    const std::string text = WirePreviewText(doc.Parts, DefaultPreviewScene(), selection);
+    binaryOps::WriteBytesFile(ByteBuffer(text.begin(), text.end()), out);
+    return ExitDone;
+}
+
+void DeclareImport(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto file = std::make_shared<std::string>();
+    auto into = std::make_shared<std::string>();
+    auto out = std::make_shared<std::string>();
+    verb.add_option("FILE", *file, "The .oif or .o file to import")->required();
+    verb.add_option("--into", *into, "The document to add the parts to (default: an empty stadium)");
+    verb.add_option("-o", *out, "Where to save the result")->required();
+    verb.callback([=, &run] { run = [=] { return Import(*file, *into, *out); }; });
+}
+
+void DeclareMerge(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto in = std::make_shared<std::string>();
+    auto out = std::make_shared<std::string>();
+    auto crowdOnly = std::make_shared<bool>(false);
+    verb.add_option("DOC", *in, "The document whose parts to merge")->required();
+    verb.add_flag("--crowd-only", *crowdOnly, "Merge only the crowd textures (rw...)");
+    verb.add_option("-o", *out, "Where to save the result")->required();
+    verb.callback([=, &run] { run = [=] { return Merge(*in, *crowdOnly, *out); }; });
+}
+
+void DeclarePreviews(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto in = std::make_shared<std::string>();
+    auto dir = std::make_shared<std::string>();
+    auto hide = std::make_shared<std::string>();
+    verb.add_option("DOC.oif", *in, "The document to preview")->required();
+    verb.add_option("DIR", *dir, "The folder to write the preview files into")->required();
+    verb.add_option("--hide", *hide, "Parts not shown, e.g. 0,3");
+    verb.callback([=, &run] {
+        HiddenParts(*hide, 0);  // a malformed list is a usage error before anything runs
+        run = [=] { return Previews(*in, *dir, *hide); };
+    });
+}
+
+void DeclareWire(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto in = std::make_shared<std::string>();
+    auto out = std::make_shared<std::string>();
+    auto hide = std::make_shared<std::string>();
+    auto vertex = std::make_shared<std::string>();
+    verb.add_option("DOC.oif", *in, "The document to draw")->required();
+    verb.add_option("OUT.wrl", *out, "The wireframe file to write")->required();
+    verb.add_option("--hide", *hide, "Parts not shown, e.g. 0,3");
+    verb.add_option("--vertex", *vertex, "Mark vertex V of part P, as P:V");
+    verb.callback([=, &run] {
+        HiddenParts(*hide, 0);
+        run = [=] { return Wire(*in, *out, *hide, *vertex); };
+    });
+}
+
 void DeclareDump(CLI::App& verb, CliDesktop&, VerbWork& run) {
     auto path = std::make_shared<std::string>();
     verb.add_option("DOC.oif", *path, "The OIF file to print")->required();
@@ -51,6 +186,10 @@ const std::vector<Verb>& Verbs() {
     static const std::vector<Verb> verbs = {
         {"dump", "DOC.oif", "Print an OIF document as JSON", DeclareDump},
         {"resave", "IN.oif OUT.oif", "Load an OIF file and save it again, as the editor's Save does", DeclareResave},
+        {"import", "FILE [--into DOC] -o OUT", "Add the parts of an .oif or .o file, as Import to OIF does", DeclareImport},
+        {"merge", "DOC [--crowd-only] -o OUT", "Merge parts with the same texture", DeclareMerge},
+        {"previews", "DOC.oif DIR [--hide LIST]", "Write the four textured preview files into DIR", DeclarePreviews},
+        {"wire", "DOC.oif OUT.wrl [--hide LIST] [--vertex P:V]", "Write the wireframe preview", DeclareWire},
     };
     return verbs;
 }

@@ -10,6 +10,7 @@
 #include "cli/CliDesktop.h"
 #include "cli/Verbs.h"
 #include "core/Desktop.h"
+#include "core/ProgramState.h"
 
 namespace {
 
@@ -61,6 +62,8 @@ int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
 int main(int argc, char** argv) {
     CliDesktop desktop(std::cerr);
     InstallDesktop(&desktop);
+    // The editor's per-user folder: registry.conf and the hand-over files of .o conversion.
+    AppFolder = DefaultAppFolder();
 
     // Whatever goes wrong ends the run with its message, never with a crash.
     int status = ExitFailed;

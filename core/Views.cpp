@@ -4,6 +4,8 @@
 
 std::vector<bool> Views::SelectedParts() { return std::vector<bool>(CurrentProject.OIF.Parts.size(), true); }
 
+PreviewSelection Views::Selection() { return PreviewSelection{SelectedParts(), -1, -1}; }
+
 namespace {
 Views idle;
 Views* current = &idle;
