@@ -101,18 +101,21 @@ int Previews(const std::string& in, const std::string& dir, const std::string& h
     return ExitDone;
 }
 
+// "P:V" as a part and a vertex index. Throws CLI::ValidationError on anything else.
+std::pair<int, int> VertexChoice(const std::string& text) {
+    if (text.empty()) return {-1, -1};
+    int part = -1, index = -1;
+    char colon = 0, rest = 0;
+    if (std::sscanf(text.c_str(), "%d%c%d%c", &part, &colon, &index, &rest) != 3 || colon != ':' || part < 0 || index < 0)
+        throw CLI::ValidationError("--vertex", "\"" + text + "\" is not PART:VERTEX");
+    return {part, index};
+}
+
 int Wire(const std::string& in, const std::string& out, const std::string& hide, const std::string& vertex) {
     OIFFile doc;
     if (!StartDocument(in, doc)) return ExitFailed;
-    PreviewSelection selection{HiddenParts(hide, doc.Parts.size()), -1, -1};
-    if (!vertex.empty()) {
-        int part = -1, index = -1;
-        char colon = 0, rest = 0;
-        if (std::sscanf(vertex.c_str(), "%d%c%d%c", &part, &colon, &index, &rest) != 3 || colon != ':' || part < 0 || index < 0)
-            throw CLI::ValidationError("--vertex", "\"" + vertex + "\" is not PART:VERTEX");
-        selection.part = part;
-        selection.vertex = index;
-    }
+    const auto [part, index] = VertexChoice(vertex);
+    const PreviewSelection selection{HiddenParts(hide, doc.Parts.size()), part, index};
     const std::string text = WirePreviewText(doc.Parts, DefaultPreviewScene(), selection);
     binaryOps::WriteBytesFile(ByteBuffer(text.begin(), text.end()), out);
     return ExitDone;
@@ -162,6 +165,7 @@ void DeclareWire(CLI::App& verb, CliDesktop&, VerbWork& run) {
     verb.add_option("--vertex", *vertex, "Mark vertex V of part P, as P:V");
     verb.callback([=, &run] {
         HiddenParts(*hide, 0);
+        VertexChoice(*vertex);
         run = [=] { return Wire(*in, *out, *hide, *vertex); };
     });
 }
