@@ -5,6 +5,7 @@
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
+#include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/QtDesktop.h"
 #include "shell/ui/Resources.h"
@@ -14,7 +15,8 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("VORN"));
     QApplication::setApplicationName(QStringLiteral("terramason"));
-    QApplication::setApplicationDisplayName(QStringLiteral("VORN Terramason"));
+    // No display name: the window system would append it to every title that does not end
+    // with it, and the main window's title is exactly the project's.
     LoadResources();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/terramason.png")));
     // The program ends only by the quit question or the viewer download; the splash closing
@@ -28,6 +30,7 @@ int main(int argc, char** argv) {
     QDir().mkpath(folder + QStringLiteral("/temp"));
     AppFolder = QDir::cleanPath(folder).toStdString();
     EnsureConfigFile();
+    ResourceFolder = FindResourceFolder(QCoreApplication::applicationDirPath().toStdString(), TM_SOURCE_RESOURCES);
 
     QtDesktop desktop;
     InstallDesktop(&desktop);

@@ -3,12 +3,16 @@
 #include "shell/RegistryOps.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QImage>
 #include <QMessageBox>
+#include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QUrl>
 
 #include "shell/Processes.h"
@@ -141,9 +145,47 @@ void QtDesktop::OpenWebPage(const std::string& address) {
     QDesktopServices::openUrl(QUrl::fromUserInput(FromUtf8(address)));
 }
 
+const QStringList TextEditors = {
+    QStringLiteral("gnome-text-editor"), QStringLiteral("gedit"),    QStringLiteral("kate"),
+    QStringLiteral("kwrite"),            QStringLiteral("mousepad"), QStringLiteral("xed"),
+    QStringLiteral("pluma"),             QStringLiteral("featherpad"), QStringLiteral("leafpad"),
+    QStringLiteral("geany"),
+};
+
+QString FindTextEditor() {
+    for (const QString& editor : TextEditors) {
+        const QString program = QStandardPaths::findExecutable(editor);
+        if (!program.isEmpty()) return program;
+    }
+    return {};
+}
+
+void QtDesktop::OpenInTextEditor(const std::string& path) {
+    // The type handler would give a .wrl to a VRML viewer; an editor shows the text itself.
+    const QString editor = FindTextEditor();
+    if (!editor.isEmpty() && QProcess::startDetached(editor, {FromUtf8(path)})) return;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(FromUtf8(path)));
+}
+
 std::string QtDesktop::ClipboardText() { return QGuiApplication::clipboard()->text().toStdString(); }
 
 void QtDesktop::SetClipboardText(const std::string& text) { QGuiApplication::clipboard()->setText(FromUtf8(text)); }
+
+std::vector<std::uint8_t> QtDesktop::ClipboardImage() {
+    const QImage image = QGuiApplication::clipboard()->image();
+    if (image.isNull()) return {};
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return std::vector<std::uint8_t>(bytes.begin(), bytes.end());
+}
+
+void QtDesktop::SetClipboardImage(const std::vector<std::uint8_t>& png) {
+    QImage image;
+    image.loadFromData(png.data(), static_cast<int>(png.size()), "PNG");
+    QGuiApplication::clipboard()->setImage(image);
+}
 
 // Nothing is read yet: the per-user file of tool locations and the Wine prefix's registry come
 // with the outside tools. Until then every tool counts as not installed.

@@ -4,12 +4,18 @@
 // QMessageBox or QFileDialog; they all go through here.
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include "core/Desktop.h"
 #include "shell/ui/vornloading.h"
 
 // "Description|*.a;*.b|Other|*.c" becomes "Description (*.a *.b);;Other (*.c)".
 QString QtFileFilter(const std::string& filter);
+
+// The graphical text editors looked for, best first.
+extern const QStringList TextEditors;
+// The program of the first of them on PATH; empty when there is none.
+QString FindTextEditor();
 
 class QtDesktop : public Desktop {
 public:
@@ -33,8 +39,13 @@ public:
     void EndProcess(std::int64_t pid) override;
 
     void OpenWebPage(const std::string& address) override;
+    // The first graphical text editor found on PATH; without one, the desktop's handler of the
+    // file's type.
+    void OpenInTextEditor(const std::string& path) override;
     std::string ClipboardText() override;
     void SetClipboardText(const std::string& text) override;
+    std::vector<std::uint8_t> ClipboardImage() override;
+    void SetClipboardImage(const std::vector<std::uint8_t>& png) override;
     std::string RegistryValue(const std::string& path) override;
 
     void ShowLoading(const std::string& text) override;

@@ -1,6 +1,8 @@
 // The Qt side of the desktop seam: what the program's filters, command lines and message texts
 // become when they reach Qt and the system.
 #include <QAbstractButton>
+#include <QBuffer>
+#include <QImage>
 #include <QApplication>
 #include <QMessageBox>
 #include <QTimer>
@@ -121,6 +123,28 @@ private slots:
         QtDesktop desktop;
         desktop.SetClipboardText("tp01 cr02 \xC3\xA9");
         QCOMPARE(desktop.ClipboardText(), std::string("tp01 cr02 \xC3\xA9"));
+    }
+
+    void clipboardPictureGoesBothWaysAndReplacesText() {
+        QtDesktop desktop;
+        desktop.SetClipboardText("tp01");
+        QImage picture(5, 2, QImage::Format_RGB32);
+        picture.fill(QColor(10, 200, 30));
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        picture.save(&buffer, "PNG");
+        desktop.SetClipboardImage(std::vector<std::uint8_t>(png.begin(), png.end()));
+
+        const std::vector<std::uint8_t> back = desktop.ClipboardImage();
+        QImage read;
+        QVERIFY(read.loadFromData(back.data(), int(back.size())));
+        QCOMPARE(read.size(), QSize(5, 2));
+        QCOMPARE(read.pixelColor(4, 1), QColor(10, 200, 30));
+        QCOMPARE(desktop.ClipboardText(), std::string());
+
+        desktop.SetClipboardText("tp02");
+        QVERIFY(desktop.ClipboardImage().empty());
     }
 };
 
