@@ -12,6 +12,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "FastestReporter.h"
+
 #include "core/OIFOps.h"
 
 namespace {
@@ -112,30 +114,12 @@ void BM_EncodeOIF(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * f.bytes.size()));
 }
 
-// The fastest of ten runs: on a shared machine the other runs measure the neighbours as well.
-double Fastest(const std::vector<double>& times) { return *std::min_element(times.begin(), times.end()); }
-
-void Setup(benchmark::internal::Benchmark* b) {
-    b->Unit(benchmark::kMillisecond)->UseRealTime()->Repetitions(10)->ReportAggregatesOnly(true);
-    b->ComputeStatistics("min", Fastest);
-}
+void Setup(benchmark::internal::Benchmark* b) { TenRuns(b); }
 
 BENCHMARK(BM_Memcpy)->Apply(Setup);
 BENCHMARK(BM_MemcpyFresh)->Apply(Setup);
 BENCHMARK(BM_ParseOIF)->Apply(Setup);
 BENCHMARK(BM_EncodeOIF)->Apply(Setup);
-
-// Keeps the fastest time of each benchmark so that the codec can be put against memcpy of this run.
-class FastestReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "min")
-                fastest[run.run_name.function_name] = run.GetAdjustedRealTime();
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> fastest;
-};
 
 }  // namespace
 

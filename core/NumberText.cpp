@@ -8,26 +8,47 @@
 #include <limits>
 
 namespace {
-std::string GeneralText(double value, int digits) {
-    if (std::isnan(value)) return "0";
+// General decimal text with at most `digits` significant digits, written at `first`; returns
+// the end. No locale, no allocation: the preview writers call this for every coordinate.
+char* GeneralText(char* first, char* last, double value, int digits) {
+    if (std::isnan(value) || value == 0) {  // also turns -0 into "0"
+        *first = '0';
+        return first + 1;
+    }
     if (std::isinf(value)) value = value > 0 ? std::numeric_limits<double>::max() : -std::numeric_limits<double>::max();
-    if (value == 0) return "0";  // also turns -0 into "0"
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.*G", digits, value);
-    std::string text = buf;
-    // %G keeps at most two exponent digits' worth of padding ("1E+07"), as wanted; values that
-    // round to zero in the last digit still print their sign, which is dropped here.
-    if (text == "-0") return "0";
-    return text;
+    char* end = std::to_chars(first, last, value, std::chars_format::general, digits).ptr;
+    for (char* c = first; c != end; ++c)
+        if (*c == 'e') *c = 'E';
+    return end;
+}
+
+float FiniteSingle(float value) {
+    if (std::isinf(value)) return value > 0 ? std::numeric_limits<float>::max() : -std::numeric_limits<float>::max();
+    return value;
 }
 }  // namespace
 
-std::string SingleText(float value) {
-    if (std::isinf(value)) return GeneralText(value > 0 ? std::numeric_limits<float>::max() : -std::numeric_limits<float>::max(), 7);
-    return GeneralText(static_cast<double>(value), 7);
+void AppendSingleText(std::string& out, float value) {
+    char buf[32];
+    out.append(buf, GeneralText(buf, buf + sizeof buf, static_cast<double>(FiniteSingle(value)), 7));
 }
 
-std::string DoubleText(double value) { return GeneralText(value, 15); }
+void AppendDoubleText(std::string& out, double value) {
+    char buf[40];
+    out.append(buf, GeneralText(buf, buf + sizeof buf, value, 15));
+}
+
+std::string SingleText(float value) {
+    std::string s;
+    AppendSingleText(s, value);
+    return s;
+}
+
+std::string DoubleText(double value) {
+    std::string s;
+    AppendDoubleText(s, value);
+    return s;
+}
 
 std::string IndexText(std::int16_t value) { return std::to_string(value); }
 

@@ -10,6 +10,9 @@
 std::string SingleText(float value);
 // The same for a double with at most 15 significant digits.
 std::string DoubleText(double value);
+// The same two, appended to a text without making one of their own.
+void AppendSingleText(std::string& out, float value);
+void AppendDoubleText(std::string& out, double value);
 // A 16-bit index as signed decimal; 65535 stored in an index reads back as -1.
 std::string IndexText(std::int16_t value);
 

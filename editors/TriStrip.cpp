@@ -2,27 +2,40 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 
 #include <meshoptimizer.h>
 
 namespace {
+
 std::map<std::int32_t, std::vector<std::int32_t>> results;
 std::int32_t nextHandle = 1;
+
+// Strips `count` indices (whole triangles) read through `at`; hands each strip entry to `put`.
+// Indices are 16-bit in the document: a negative one is the same vertex read unsigned.
+template <class Read, class Put>
+void Strip(std::size_t count, Read at, Put put) {
+    if (count == 0) return;
+    std::unique_ptr<unsigned int[]> in(new unsigned int[count]);
+    unsigned int vertexCount = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        in[i] = static_cast<unsigned int>(at(i)) & 0xFFFFu;
+        vertexCount = std::max(vertexCount, in[i] + 1);
+    }
+    // Left uninitialised: the stripper writes what it returns, and the bound is far larger.
+    std::unique_ptr<unsigned int[]> strip(new unsigned int[meshopt_stripifyBound(count)]);
+    const std::size_t n = meshopt_stripify(strip.get(), in.get(), count, vertexCount, 0);
+    put(strip.get(), n);
+}
+
 }  // namespace
 
 std::int32_t StripTriangles(std::int32_t triangleCount, const std::int32_t* indices, std::size_t indexCount) {
-    const std::size_t count = triangleCount > 0 ? std::min<std::size_t>(static_cast<std::size_t>(triangleCount) * 3, indexCount - indexCount % 3) : 0;
-    // Indices are 16-bit in the document; a negative one is the same vertex read unsigned.
-    std::vector<unsigned int> in(count);
-    unsigned int vertexCount = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        in[i] = static_cast<unsigned int>(indices[i]) & 0xFFFFu;
-        vertexCount = std::max(vertexCount, in[i] + 1);
-    }
-    std::vector<unsigned int> strip(meshopt_stripifyBound(count));
-    const std::size_t n = count ? meshopt_stripify(strip.data(), in.data(), count, vertexCount, 0) : 0;
-    std::vector<std::int32_t> result(n);
-    for (std::size_t i = 0; i < n; ++i) result[i] = static_cast<std::int32_t>(strip[i]);
+    const std::size_t whole = indexCount - indexCount % 3;
+    const std::size_t count = triangleCount > 0 ? std::min(static_cast<std::size_t>(triangleCount) * 3, whole) : 0;
+    std::vector<std::int32_t> result;
+    Strip(count, [&](std::size_t i) { return indices[i]; },
+          [&](const unsigned int* s, std::size_t n) { result.assign(s, s + n); });
     const std::int32_t handle = nextHandle++;
     results[handle] = std::move(result);
     return handle;
@@ -41,11 +54,12 @@ void GetTriStripData(std::int32_t handle, std::int32_t* out) {
 void CleanUpData(std::int32_t handle) { results.erase(handle); }
 
 std::vector<std::int16_t> StripPartIndices(const std::vector<std::int16_t>& triangles) {
-    std::vector<std::int32_t> in(triangles.begin(), triangles.end());
-    const std::int32_t handle =
-        StripTriangles(static_cast<std::int32_t>(triangles.size() / 3), in.data(), in.size());
-    std::vector<std::int32_t> out(static_cast<std::size_t>(GetTriStripCount(handle)));
-    GetTriStripData(handle, out.data());
-    CleanUpData(handle);
-    return std::vector<std::int16_t>(out.begin(), out.end());
+    // The same stripping as the handle calls, without their copies in and out.
+    std::vector<std::int16_t> out;
+    Strip(triangles.size() - triangles.size() % 3, [&](std::size_t i) { return static_cast<std::uint16_t>(triangles[i]); },
+          [&](const unsigned int* s, std::size_t n) {
+              out.resize(n);
+              for (std::size_t i = 0; i < n; ++i) out[i] = static_cast<std::int16_t>(s[i]);
+          });
+    return out;
 }
