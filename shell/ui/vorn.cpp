@@ -1,8 +1,8 @@
 #include "shell/ui/vorn.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenuBar>
@@ -12,8 +12,22 @@
 
 #include "core/Cp1252.h"
 #include "core/Desktop.h"
+#include "core/OIFOps.h"
 #include "core/ProgramState.h"
+#include "core/Views.h"
+#include "shell/CommandOps.h"
+#include "shell/HelpOps.h"
+#include "shell/ImportOps.h"
+#include "shell/IniOps.h"
+#include "shell/SaveOps.h"
+#include "shell/StadiumCatalogue.h"
+#include "shell/ToolsOps.h"
+#include "shell/ui/EditCommands.h"
+#include "shell/ui/FrameViews.h"
 #include "shell/ui/Resources.h"
+#include "shell/ui/vornabout.h"
+#include "shell/ui/vornnewproj.h"
+#include "editors/ui/vornselectobj.h"
 
 namespace {
 vorn* liveFrame = nullptr;
@@ -26,19 +40,120 @@ std::string CommandName(const char* caption) {
     while (!name.empty() && name.back() == '.') name.pop_back();
     return name;
 }
+
+// The state an entry has when the frame is made.
+enum MenuState : unsigned {
+    On = 0,
+    Project = 1,    // disabled until the first project, then enabled for good
+    Disabled = 2,   // disabled for good
+    Hidden = 4,
+    Checked = 8,    // checkable, with its check mark set
+    Submenu = 16,   // the entry opens the menu named "<menu>|<caption>"
+};
 }  // namespace
 
 // One entry of the menu bar. Menus appear in the order of their first entry, entries in table
-// order; a caption of "-" is a separator.
+// order; a caption of "-" is a separator. An entry without a handler does nothing.
 struct vorn::MenuCommand {
     const char* menu;
     const char* caption;
     const char* shortcut;
+    unsigned state;
     void (vorn::*handler)();
 };
 
 const vorn::MenuCommand vorn::MenuCommands[] = {
-    {"&File", "E&xit", "Ctrl+Q", &vorn::fileexit},
+    {"&File", "&New Project", "Ctrl+N", On, &vorn::filenew},
+    {"&File", "&Open Project...", "Ctrl+O", On, &vorn::shownew},
+    {"&File", "-", "", On, nullptr},
+    {"&File", "&Import to OIF...", "", Project, &vorn::fileimport},
+    {"&File", "&Save OIF", "Ctrl+S", Project, &vorn::filesave},
+    {"&File", "-", "", Hidden, nullptr},
+    {"&File", "Make stadium.big...", "", Hidden | Disabled, nullptr},
+    {"&File", "-", "", On, nullptr},
+    {"&File", "E&xit", "Ctrl+Q", On, &vorn::fileexit},
+
+    {"&Edit", "Cu&t", "Ctrl+X", On, &vorn::editcut},
+    {"&Edit", "&Copy", "Ctrl+C", On, &vorn::editcopy},
+    {"&Edit", "&Paste", "Ctrl+V", On, &vorn::editpaste},
+    {"&Edit", "Delete", "", On, &vorn::editdelete},
+    {"&Edit", "-", "", On, nullptr},
+    {"&Edit", "&Hide All", "", Disabled, &vorn::hideallmenu},
+    {"&Edit", "&Select All", "Ctrl+A", Disabled, &vorn::showallmenu},
+
+    {"&View", "Stadium Previews", "", Checked, &vorn::viewpreviews},
+    {"&View", "Object Browser", "", Checked | Disabled, nullptr},
+    {"&View", "-", "", On, nullptr},
+    {"&View", "OIF Editor", "", Checked | Project, &vorn::viewoifeditor},
+    {"&View", "-", "", On, nullptr},
+    {"&View", "Status &Bar", "", Checked, &vorn::viewstatusbar},
+    {"&View", "-", "", On, nullptr},
+    {"&View", "Refresh", "F5", Project, &vorn::viewrefresh},
+    {"&View", "-", "", On, nullptr},
+    {"&View", "Current VRML Source", "", Project | Submenu, nullptr},
+    {"&View|Current VRML Source", "Top", "", On, &vorn::sourcetop},
+    {"&View|Current VRML Source", "Perspective", "", On, &vorn::sourceperspective},
+    {"&View|Current VRML Source", "Back", "", On, &vorn::sourceback},
+    {"&View|Current VRML Source", "Right", "", On, &vorn::sourceright},
+
+    {"&Project", "Import Crowds...", "", Project, &vorn::importcrowd},
+    {"&Project", "Import Adboards...", "", Project, &vorn::importadboard},
+    {"&Project", "Import Banners...", "", Project, &vorn::importbanner},
+    {"&Project", "-", "", On, nullptr},
+    {"&Project", "Merge parts with same texture...", "", Project, &vorn::mergetextures},
+    {"&Project", "-", "", On, nullptr},
+    {"&Project", "Import Textures for Previews...", "", Project, &vorn::importpreviewtextures},
+
+    {"&Tools", "Stadium Importer", "", Project, &vorn::showstmap},
+    {"&Tools", "Crowd Building Wizard", "", Project, &vorn::showcrowdwizard},
+    {"&Tools", "Stadium Lighting Wizard", "", Project, &vorn::showlightingwizard},
+    {"&Tools", "Stadium Transformation Wizard", "", Project, &vorn::showtransformwiz},
+    {"&Tools", "-", "", On, nullptr},
+    {"&Tools", "OEdit", "", On, &vorn::tooloedit},
+    {"&Tools", "OIF Tool", "", On, &vorn::tooloiftool},
+    {"&Tools", "-", "", On, nullptr},
+    {"&Tools", "ZModeler", "", On, &vorn::toolzmodeler},
+    {"&Tools", "Rhinoceros 3D", "", On, &vorn::toolrhino},
+    {"&Tools", "-", "", On, nullptr},
+    {"&Tools", "Rhino3D Tools", "", Submenu, nullptr},
+    {"&Tools|Rhino3D Tools", "RAV Convertor", "", On, &vorn::showrhinoravconv},
+    {"&Tools", "ConvRav", "", On, &vorn::toolconvrav},
+    {"&Tools", "-", "", On, nullptr},
+    {"&Tools", "&Options", "", On, &vorn::showoptions},
+
+    {"&Help", "&Contents...", "", On, &vorn::helpcontents},
+    {"&Help", "View& Readme...", "", On, &vorn::helpreadme},
+    {"&Help", "-", "", On, nullptr},
+    {"&Help", "&Technical Support", "", On, &vorn::helpsupport},
+    {"&Help", "&Online Help", "", On, &vorn::helponline},
+    {"&Help", "-", "", On, nullptr},
+    {"&Help", "FIFA OSK Online", "", On, &vorn::helpsite},
+    {"&Help", "Soccer Gaming Forums", "", On, &vorn::helpforums},
+    {"&Help", "OEdit/OIFTool Online", "", On, &vorn::helptools},
+    {"&Help", "-", "", On, nullptr},
+    {"&Help", "&About", "", On, &vorn::helpabout},
+};
+
+// One button of Toolbar1: its key, the picture built into the program and the name of the
+// desktop theme's icon that stands for the same command.
+struct vorn::ToolbarButton {
+    const char* key;
+    const char* picture;
+    const char* themeIcon;
+    const char* tip;
+    bool groupEnd;
+};
+
+const vorn::ToolbarButton vorn::ToolbarButtons[] = {
+    {"New", "new", "document-new", "New Project", false},
+    {"Open", "open", "document-open", "Open Project", false},
+    {"Save", "save", "document-save", "Save OIF", true},
+    {"Cut", "cut", "edit-cut", "Cut", false},
+    {"Copy", "copy", "edit-copy", "Copy", false},
+    {"Paste", "paste", "edit-paste", "Paste", false},
+    {"Delete", "delete", "edit-delete", "Delete", true},
+    {"Options", "options", "document-properties", "Options", false},
+    {"Help", "help", "help-contents", "Help", false},
 };
 
 vorn::vorn(QWidget* parent) : QMainWindow(parent) {
@@ -54,42 +169,123 @@ vorn::vorn(QWidget* parent) : QMainWindow(parent) {
     setCentralWidget(mdi_);
 
     buildMenus();
-    // Its buttons join with the commands they stand for.
-    QToolBar* toolbar = addToolBar(QStringLiteral("Toolbar1"));
-    toolbar->setObjectName(QStringLiteral("Toolbar1"));
-    toolbar->setMovable(false);
+    buildPopupMenus();
+    buildToolbar();
+    views_ = std::make_unique<FrameViews>(mdi_, objselect_);
 
-    // The load of the frame. The Tools entries by installed tool and the View menu's previews
-    // entry take their Enabled state here too, once those menus exist.
+    // The load of the frame.
     PreviewRefreshOn = true;
     addStatusPanel();
+    enableInstalledTools();
+    menuAction(QStringLiteral("Stadium Previews"))->setEnabled(ReadConfigFlag("Terramason", "PreviewRefresh"));
     refreshTitle();
 }
 
 vorn::~vorn() {
+    // The children go first, while the views that reach them still stand.
+    mdi_->closeAllSubWindows();
+    views_.reset();
     if (liveFrame == this) liveFrame = nullptr;
 }
 
 vorn* vorn::instance() { return liveFrame; }
+
+vornselectobj* vorn::selectobj() const { return views_->existingSelectobj(); }
 
 void vorn::buildMenus() {
     QMap<QString, QMenu*> menus;
     for (const MenuCommand& c : MenuCommands) {
         const QString menuName = QString::fromUtf8(c.menu);
         QMenu*& menu = menus[menuName];
-        if (!menu) menu = menuBar()->addMenu(menuName);
-        if (QLatin1String(c.caption) == QLatin1String("-")) {
-            menu->addSeparator();
-            continue;
+        if (!menu) {
+            menu = menuBar()->addMenu(menuName);
+            actions_.insert(menuName, menu->menuAction());
         }
+        QAction* action = nullptr;
         const QString caption = QString::fromUtf8(c.caption);
-        QAction* action = menu->addAction(caption);
+        if (caption == QLatin1String("-")) {
+            action = menu->addSeparator();
+        } else if (c.state & Submenu) {
+            QMenu* sub = menu->addMenu(caption);
+            menus.insert(menuName + QLatin1Char('|') + caption, sub);
+            action = sub->menuAction();
+            actions_.insert(caption, action);
+        } else {
+            action = menu->addAction(caption);
+            actions_.insert(caption, action);
+        }
         if (*c.shortcut) action->setShortcut(QKeySequence(QString::fromUtf8(c.shortcut)));
-        const auto handler = c.handler;
-        const std::string what = CommandName(c.caption);
-        connect(action, &QAction::triggered, this, [this, handler, what] { GuardedRun(what, [&] { (this->*handler)(); }); });
-        actions_.insert(caption, action);
+        if (c.state & Checked) {
+            action->setCheckable(true);
+            action->setChecked(true);
+        }
+        if (c.state & (Project | Disabled)) action->setEnabled(false);
+        if (c.state & Hidden) action->setVisible(false);
+        if (c.handler) {
+            const auto handler = c.handler;
+            const std::string what = CommandName(c.caption);
+            connect(action, &QAction::triggered, this,
+                    [this, handler, what] { GuardedRun(what, [&] { (this->*handler)(); }); });
+        }
     }
+    connect(menus.value(QStringLiteral("&Edit")), &QMenu::aboutToShow, this, &vorn::editupdate);
+}
+
+void vorn::buildPopupMenus() {
+    // Not in the menu bar: popped up by the parts list.
+    objselect_ = new QMenu(QStringLiteral("Objects Select"), this);
+    objselect_->setObjectName(QStringLiteral("objselect"));
+    QAction* showall = objselect_->addAction(QStringLiteral("Show All"));
+    showall->setObjectName(QStringLiteral("showallmenu"));
+    QAction* hideall = objselect_->addAction(QStringLiteral("Hide All"));
+    hideall->setObjectName(QStringLiteral("hideallmenu"));
+    connect(showall, &QAction::triggered, this, [this] { GuardedRun("Show All", [this] { showallmenu(); }); });
+    connect(hideall, &QAction::triggered, this, [this] { GuardedRun("Hide All", [this] { hideallmenu(); }); });
+}
+
+void vorn::buildToolbar() {
+    toolbar_ = addToolBar(QStringLiteral("Toolbar1"));
+    toolbar_->setObjectName(QStringLiteral("Toolbar1"));
+    toolbar_->setMovable(false);
+    toolbar_->setIconSize(QSize(24, 24));
+    for (const ToolbarButton& b : ToolbarButtons) {
+        const QString key = QString::fromUtf8(b.key);
+        // The desktop's own icons where its theme has them, so the bar looks like its neighbours.
+        const QIcon own(QStringLiteral(":/icons/%1.png").arg(QLatin1String(b.picture)));
+        QAction* action = toolbar_->addAction(QIcon::fromTheme(QString::fromUtf8(b.themeIcon), own), key);
+        action->setObjectName(key);
+        action->setToolTip(QString::fromUtf8(b.tip));
+        buttons_.insert(key, action);
+        connect(action, &QAction::triggered, this,
+                [this, key] { GuardedRun(key.toStdString(), [&] { Toolbar1ButtonClick(key); }); });
+        if (b.groupEnd) toolbar_->addSeparator();
+    }
+}
+
+void vorn::enableInstalledTools() {
+    menuAction(QStringLiteral("OEdit"))->setEnabled(ToolInstalled(OutsideTool::OEdit));
+    menuAction(QStringLiteral("OIF Tool"))->setEnabled(ToolInstalled(OutsideTool::OIFTool));
+    menuAction(QStringLiteral("ZModeler"))->setEnabled(ToolInstalled(OutsideTool::ZModeler));
+    menuAction(QStringLiteral("Rhinoceros 3D"))->setEnabled(ToolInstalled(OutsideTool::Rhinoceros));
+}
+
+void vorn::Toolbar1ButtonClick(const QString& key) {
+    if (key == QLatin1String("New")) filenew();
+    else if (key == QLatin1String("Open")) shownew();
+    else if (key == QLatin1String("Save")) filesave();
+    else if (key == QLatin1String("Cut")) editcut();
+    else if (key == QLatin1String("Copy")) editcopy();
+    else if (key == QLatin1String("Paste")) editpaste();
+    else if (key == QLatin1String("Delete")) editdelete();
+    // "Options" and the keys that no button has answer with placeholder texts that users have
+    // long seen; they stay as they are.
+    else if (key == QLatin1String("Options")) ShowMessage("Add 'Properties' button code.", MessageIcon::None);
+    else if (key == QLatin1String("Help")) helpcontents();
+    else if (key == QLatin1String("Print")) ShowMessage("Add 'Print' button code.", MessageIcon::None);
+    else if (key == QLatin1String("Undo")) ShowMessage("Add 'Undo' button code.", MessageIcon::None);
+    else if (key == QLatin1String("Redo")) ShowMessage("Add 'Redo' button code.", MessageIcon::None);
+    else if (key == QLatin1String("Help What's This")) ShowMessage("Add 'Help What's This' button code.", MessageIcon::None);
+    // "Camera" and "Find" are accepted and do nothing.
 }
 
 void vorn::addStatusPanel() {
@@ -98,7 +294,7 @@ void vorn::addStatusPanel() {
     commentline_->setFrameShape(QFrame::Panel);
     commentline_->setFrameShadow(QFrame::Sunken);
     statusBar()->setObjectName(QStringLiteral("StatusBar1"));
-    // Panel 1 of the original sits at the left end of the bar.
+    // Panel 1 sits at the left end of the bar.
     statusBar()->addWidget(commentline_);
     statusBar()->installEventFilter(this);
     fitStatusPanel();
@@ -124,8 +320,27 @@ void vorn::refreshTitle() {
 }
 
 void vorn::rebuildChildWindows() {
-    // RefreshPartsList, showselectobj and loadviews are called here, in that order, once the
-    // parts list, the part selector and the previews exist.
+    TheViews().RefreshPartsList();
+    TheViews().showselectobj();
+    TheViews().loadviews();
+}
+
+void vorn::createnew(int index, const std::string& name) {
+    // A project whose making failed half-way still opens: its windows show what there is.
+    GuardedRun("Making the project", [&] { CurrentProject = MakeProject(CurrentProject, index, name); });
+    // MakeProject leaves the parts list to the windows; it is filled here, before they open.
+    TheViews().RefreshPartsList();
+    refreshTitle();
+    for (const MenuCommand& c : MenuCommands)
+        if (c.state & Project) menuAction(QString::fromUtf8(c.caption))->setEnabled(true);
+    TheViews().loadviews();
+    TheViews().showselectobj();
+    if (ReadConfigFlag("Terramason", "OIFEditor")) showoifform();
+}
+
+void vorn::shownew() {
+    vornnewproj dialog(this);
+    if (dialog.shownew() == QDialog::Accepted) createnew(dialog.basedOn(), dialog.projectName());
 }
 
 void vorn::SetMaximised(bool maximised) { setWindowState(maximised ? Qt::WindowMaximized : Qt::WindowNoState); }
@@ -138,14 +353,12 @@ void vorn::ShowFrame() {
 }
 
 void vorn::ShowNewProject() {
-    // shownew opens vornnewproj, which comes with projects; until then "NewProj" has no effect.
+    GuardedRun("Open Project", [this] { shownew(); });
 }
 
 // Ends the event loop without closing the windows first: Qt's quit() would close them, and the
 // close of this frame asks the quit question again.
 void vorn::EndProgram() { QCoreApplication::exit(0); }
-
-void vorn::fileexit() { close(); }
 
 void vorn::closeEvent(QCloseEvent* event) {
     event->ignore();
@@ -160,4 +373,146 @@ void vorn::closeEvent(QCloseEvent* event) {
         }
         if (!CurrentProject.Name.empty()) rebuildChildWindows();
     });
+}
+
+// ---- File
+
+void vorn::filenew() { createnew(0, "Project1"); }
+
+void vorn::fileimport() { importfile(); }
+
+void vorn::filesave() { exportoif(); }
+
+void vorn::fileexit() { close(); }
+
+// ---- Edit
+
+void vorn::editupdate() {
+    EditCommandState state;
+    try {
+        const ControlKind kind = KindOfControl(QApplication::focusWidget());
+        const bool takesText = kind == ControlKind::TextBox || kind == ControlKind::ComboBox || kind == ControlKind::ListBox;
+        const bool hasText = takesText && !TheDesktop().ClipboardText().empty();
+        const bool hasPicture = kind == ControlKind::PictureBox && !TheDesktop().ClipboardImage().empty();
+        state = EditUpdate(kind, hasText, hasPicture);
+    } catch (...) {
+        // A clipboard that cannot be read leaves the entries as the update starts them.
+    }
+    menuAction(QStringLiteral("Cu&t"))->setEnabled(state.cut);
+    menuAction(QStringLiteral("&Copy"))->setEnabled(state.copy);
+    menuAction(QStringLiteral("&Paste"))->setEnabled(state.paste);
+}
+
+void vorn::editcut() { CutFromControl(QApplication::focusWidget()); }
+
+void vorn::editcopy() { CopyFromControl(QApplication::focusWidget()); }
+
+void vorn::editpaste() { PasteIntoControl(QApplication::focusWidget()); }
+
+void vorn::editdelete() { DeleteSelectedParts(); }
+
+void vorn::showallmenu() {
+    if (vornselectobj* list = selectobj()) list->selectAllRows(true);
+    TheViews().ReloadPreviews();
+}
+
+void vorn::hideallmenu() {
+    if (vornselectobj* list = selectobj()) list->selectAllRows(false);
+    TheViews().ReloadPreviews();
+}
+
+// ---- View
+
+void vorn::viewpreviews() { PreviewRefreshOn = menuAction(QStringLiteral("Stadium Previews"))->isChecked(); }
+
+void vorn::viewoifeditor() {
+    // The check mark has already flipped: checked now means the editor was hidden.
+    if (menuAction(QStringLiteral("OIF Editor"))->isChecked()) showoifform();
+    else hideoifform();
+}
+
+void vorn::viewstatusbar() { statusBar()->setVisible(menuAction(QStringLiteral("Status &Bar"))->isChecked()); }
+
+void vorn::viewrefresh() { RefreshPreviewsByHand(); }
+
+void vorn::sourcetop() { OpenVRMLSource(PreviewViewNames[0]); }
+void vorn::sourceperspective() { OpenVRMLSource(PreviewViewNames[1]); }
+void vorn::sourceback() { OpenVRMLSource(PreviewViewNames[2]); }
+void vorn::sourceright() { OpenVRMLSource(PreviewViewNames[3]); }
+
+void vorn::showoifform() {
+    // Shows vornoifform, the OIF Editor, without blocking, once that window exists.
+}
+
+void vorn::hideoifform() {
+    // Hides vornoifform, the OIF Editor, once that window exists.
+}
+
+// ---- Project
+
+void vorn::importcrowd() {
+    // importcrowd of the crowd generator: its file dialog and the rows it deals, once it exists.
+}
+
+void vorn::importadboard() {
+    // importadboard: the adboard parts from a 3DS file, once the adboard builder exists.
+}
+
+void vorn::importbanner() {
+    // importbanner: the banner parts from a 3DS file, once the banner builder exists.
+}
+
+// The lists are not refreshed: they keep their rows until the next refresh.
+void vorn::mergetextures() { MergeSameTexture(CurrentProject.OIF, false); }
+
+void vorn::importpreviewtextures() {
+    // Asks for a PNG and shows the texture naming window texturename, once the Texture Manager
+    // exists; then the previews are refreshed as by View, "Refresh".
+}
+
+// ---- Tools
+
+void vorn::showstmap() {
+    // Shows stmap, the Stadium Importer, without blocking, once it exists.
+}
+
+void vorn::showcrowdwizard() {
+    // Shows crowdwizard, the Crowd Building Wizard, without blocking, once it exists.
+}
+
+void vorn::showlightingwizard() {
+    // Shows lightingwizard, the Stadium Lighting Wizard, without blocking, once it exists.
+}
+
+void vorn::showtransformwiz() {
+    // Shows transformwiz, the Stadium Transformation Wizard, without blocking, once it exists.
+}
+
+void vorn::tooloedit() { StartTool(OutsideTool::OEdit); }
+void vorn::tooloiftool() { StartTool(OutsideTool::OIFTool); }
+void vorn::toolzmodeler() { StartTool(OutsideTool::ZModeler); }
+void vorn::toolrhino() { StartTool(OutsideTool::Rhinoceros); }
+void vorn::toolconvrav() { StartTool(OutsideTool::ConvRav); }
+
+void vorn::showrhinoravconv() {
+    // Shows rhinoravconv, the RAV Convertor, modally, once it exists.
+}
+
+void vorn::showoptions() {
+    // Shows VORNOptions, the Options window, modally, once it exists.
+}
+
+// ---- Help
+
+void vorn::helpcontents() { OpenHelpPage(HelpContentsPage); }
+void vorn::helpreadme() { OpenReadme(); }
+void vorn::helpsupport() { OpenHelpWebPage(WebPage::TechnicalSupport); }
+void vorn::helponline() { OpenHelpWebPage(WebPage::OnlineHelp); }
+void vorn::helpsite() { OpenHelpWebPage(WebPage::MakersSite); }
+void vorn::helpforums() { OpenHelpWebPage(WebPage::Forums); }
+void vorn::helptools() { OpenHelpWebPage(WebPage::ToolsSite); }
+
+void vorn::helpabout() {
+    vornabout about(this);
+    about.exec();
 }
