@@ -176,14 +176,8 @@ private slots:
         QVERIFY(PreviewRefreshOn);
         QVERIFY(w.findChild<QToolBar*>("Toolbar1"));
         QCOMPARE(w.statusBar()->objectName(), QString("StatusBar1"));
-
-        const QList<QAction*> menus = w.menuBar()->actions();
-        QCOMPARE(menus.size(), 1);
-        QCOMPARE(menus[0]->text(), QString("&File"));
-        const QList<QAction*> file = menus[0]->menu()->actions();
-        QCOMPARE(file.size(), 1);
-        QCOMPARE(file[0]->text(), QString("E&xit"));
-        QCOMPARE(file[0]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+        // The menus and toolbar have a test of their own (MainMenuTest).
+        QVERIFY(w.menuAction("E&xit"));
     }
 
     void statusPanelHoldsTheProgramNameInAThirdOfTheBar() {
