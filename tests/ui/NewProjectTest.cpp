@@ -166,17 +166,6 @@ private slots:
         QCOMPARE(spy.calls, (std::vector<std::string>{"RefreshPartsList", "loadviews", "showselectobj"}));
     }
 
-    void oifEditorSettingDecidesNothingVisibleYet() {
-        // With "OIFEditor" "1" the OIF Editor would open; until it exists createnew must still
-        // finish its other steps.
-        WriteConfig("Terramason", "OIFEditor", "1");
-        vorn w;
-        w.show();
-        w.createnew(0, "Project1");
-        QVERIFY(w.menuAction("Refresh")->isEnabled());
-        QVERIFY(w.selectobj()->isVisible());
-    }
-
     void newProjectKeyAtStartOpensTheWindow() {
         WriteConfig("Startup", "NewProj", "1");
         vorn w;

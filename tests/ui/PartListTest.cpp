@@ -79,11 +79,6 @@ private slots:
         QCOMPARE(spy.count("ReloadPreviews"), 1);
     }
 
-    void theListStartsNotReady() {
-        vornselectobj list;
-        QVERIFY(!list.ListReady);
-    }
-
     void rightButtonReleasePopsUpShowAllAndHideAll() {
         vorn w;
         w.show();
