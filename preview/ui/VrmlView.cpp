@@ -239,12 +239,12 @@ void VrmlView::paintGL() {
 }
 
 void VrmlView::mousePressEvent(QMouseEvent* event) {
-    const QPointF at = event->position() * TwipsPerPixel;
+    const QPointF at = event->position();
     emit mousePressed(ButtonCode(event->button()), ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
 }
 
 void VrmlView::mouseReleaseEvent(QMouseEvent* event) {
-    const QPointF at = event->position() * TwipsPerPixel;
+    const QPointF at = event->position();
     emit mouseReleased(ButtonCode(event->button()), ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
 }
 

@@ -49,8 +49,8 @@ public:
     Camera camera() const;
 
 signals:
-    // Button 1 left, 2 right, 4 middle; shift 1, 2 for Ctrl, 4 for Alt; x and y in twips from the
-    // top left of the viewer, as the window's handlers measure.
+    // Button 1 left, 2 right, 4 middle; shift 1, 2 for Ctrl, 4 for Alt; x and y in pixels from the
+    // top left of the viewer, so that a turn takes 100 pixels of drag to the degree.
     void mousePressed(int button, int shift, float x, float y);
     void mouseReleased(int button, int shift, float x, float y);
     // Whole wheel notches, positive away from the user (the "+" direction).

@@ -298,12 +298,13 @@ private slots:
         QCOMPARE(presses.size(), 1);
         QCOMPARE(presses[0][0].toInt(), int(MouseRight));
         QCOMPARE(presses[0][1].toInt(), 1);
-        QCOMPARE(presses[0][2].toFloat(), 150.0f);  // twips
-        QCOMPARE(presses[0][3].toFloat(), 300.0f);
+        QCOMPARE(presses[0][2].toFloat(), 10.0f);  // pixels
+        QCOMPARE(presses[0][3].toFloat(), 20.0f);
         QCOMPARE(releases.size(), 1);
         QCOMPARE(releases[0][0].toInt(), int(MouseLeft));
         QCOMPARE(releases[0][1].toInt(), 2);
-        QCOMPARE(releases[0][2].toFloat(), 450.0f);
+        QCOMPARE(releases[0][2].toFloat(), 30.0f);
+        QCOMPARE(releases[0][3].toFloat(), 40.0f);
 
         auto turn = [&](int delta) {
             QWheelEvent e(QPointF(5, 5), view_->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, delta), Qt::NoButton,
