@@ -116,8 +116,10 @@ std::string QtDesktop::OpenFile(const std::string& title, const std::string& fil
 
 std::string QtDesktop::SaveFile(const std::string& title, const std::string& filter, const std::string& fileName,
                                 const std::string& folder) {
+    // The callers ask their own replace question, with their own wording; a second one from the
+    // dialog would ask twice.
     return QFileDialog::getSaveFileName(DialogParent(), FromUtf8(title), StartPath(fileName, folder),
-                                        QtFileFilter(filter))
+                                        QtFileFilter(filter), nullptr, QFileDialog::DontConfirmOverwrite)
         .toStdString();
 }
 

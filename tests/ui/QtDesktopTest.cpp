@@ -4,6 +4,7 @@
 #include <QBuffer>
 #include <QImage>
 #include <QApplication>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QTimer>
 #include <QtTest>
@@ -89,6 +90,41 @@ private slots:
         QCOMPARE(seen.title, QString("VORN Terramason"));
         QCOMPARE(int(seen.icon), qtIcon);
         QVERIFY(seen.buttons & QMessageBox::StandardButton(press));
+    }
+
+    void saveDialogTakesAnExistingFileWithoutAskingItself() {
+        QTemporaryDir dir;
+        const QString existing = dir.filePath("stadium.oif");
+        QFile file(existing);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("old");
+        file.close();
+        bool dialogSeen = false;
+        int questions = 0;
+        auto* poll = new QTimer;
+        QObject::connect(poll, &QTimer::timeout, poll, [&, poll] {
+            QWidget* modal = QApplication::activeModalWidget();
+            if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+                // A question of the dialog's own: counted and answered, so that the test ends.
+                ++questions;
+                if (QAbstractButton* yes = box->button(QMessageBox::Yes)) yes->click();
+                return;
+            }
+            auto* dialog = qobject_cast<QFileDialog*>(modal);
+            if (!dialog || !dialog->isVisible() || dialogSeen) return;
+            dialogSeen = true;
+            dialog->selectFile(existing);
+            // Queued, so that a question opened by the accept finds this timer free to answer it.
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        });
+        poll->start(20);
+        QtDesktop desktop;
+        const std::string chosen =
+            desktop.SaveFile("Export OIF file...", "OIF file|*.oif", "stadium.oif", dir.path().toStdString());
+        delete poll;
+        QVERIFY(dialogSeen);
+        QCOMPARE(questions, 0);
+        QCOMPARE(QString::fromStdString(chosen), existing);
     }
 
     void processesStartRunAndEnd() {
