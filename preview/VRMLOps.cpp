@@ -400,3 +400,17 @@ void ReloadPreviews(const OIFFile& doc, const PreviewSelection& selection) {
     }
     desktop.HideLoading();
 }
+
+bool StartPreviews(const OIFFile& doc, const PreviewSelection& selection) {
+    if (!ReadConfigFlag("Terramason", "Previews")) return false;
+    PreviewViews = StartPreviewViews();
+    RebuildPreviews(doc, selection);
+    return true;
+}
+
+std::array<int, PreviewWindowCount> PreviewRenderFlags() {
+    std::array<int, PreviewWindowCount> flags;
+    flags.fill(RenderUntextured);
+    if (ReadConfigFlag("Previews", "PerspectiveTex")) flags[ViewPerspective] = RenderTextured;
+    return flags;
+}

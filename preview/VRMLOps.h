@@ -3,11 +3,13 @@
 // table, and the four textured views assembled from per-view heads and per-part bodies, so that
 // a change costs only what it has to (a rebuild rewrites all, a change of shown parts rejoins,
 // a view change rewrites one head).
+#include <array>
 #include <string>
 #include <vector>
 
 #include "core/Views.h"
 #include "core/oif.h"
+#include "preview/PreviewViewOps.h"
 
 // Buffer helpers of the writers: a line ends in CR LF.
 void AddLine(std::string& buffer, const std::string& text);
@@ -52,3 +54,11 @@ void ReloadPreviews(const OIFFile& doc, const PreviewSelection& selection);
 
 // The file of a view in the scratch folder, e.g. temp/Top.wrl.
 std::string ViewFilePath(const std::string& description);
+
+// The part of loadviews that needs no window. With "Terramason"/"Previews" other than "1" it
+// does nothing and returns false: the windows are not opened. Otherwise every view goes back to
+// its start, whatever zoom, pan or turn it had, and the files are rebuilt.
+bool StartPreviews(const OIFFile& doc, const PreviewSelection& selection);
+// The render flags loadviews gives the windows, by PreviewWindowIndex: only Perspective can
+// show textures, and only when "Previews"/"PerspectiveTex" is "1".
+std::array<int, PreviewWindowCount> PreviewRenderFlags();

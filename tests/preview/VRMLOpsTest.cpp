@@ -226,3 +226,43 @@ TEST_F(PreviewFiles, WirePreviewGoesToTheScratchFolderAndTheWireWindow) {
     WriteQuadPreview({}, DefaultPreviewScene());
     EXPECT_TRUE(std::filesystem::exists(AppPath("stad2.wrl")));
 }
+
+TEST_F(PreviewFiles, StartPreviewsPutsEveryViewBackAndRebuilds) {
+    PreviewViews[ViewTop].PositionZ = 5;
+    PreviewViews[ViewPerspective].SceneRotationY = 2;
+    EXPECT_TRUE(StartPreviews(doc, {}));
+    EXPECT_EQ(PreviewViews, StartPreviewViews());
+    EXPECT_EQ(Temp("Top.wrl"), ViewHeaderText(doc, StartPreviewViews()[ViewTop]) + Temp("Parts.tmp"));
+    EXPECT_EQ(views.calls.size(), 8u);
+}
+
+TEST_F(PreviewFiles, StartPreviewsDoesNothingUnlessPreviewsReadsOne) {
+    for (const char* value : {"0", "", "1 ", "true"}) {
+        WriteConfig("Terramason", "Previews", value);
+        PreviewViews[ViewBack].PositionX = 77;
+        EXPECT_FALSE(StartPreviews(doc, {})) << '"' << value << '"';
+        EXPECT_EQ(PreviewViews[ViewBack].PositionX, 77) << "the views are left as they were";
+    }
+    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Top.wrl")));
+    EXPECT_TRUE(views.calls.empty());
+}
+
+TEST_F(PreviewFiles, StartPreviewsWithRefreshOffResetsTheViewsButWritesNothing) {
+    // The windows still open; they find whatever files the last rebuild left.
+    PreviewRefreshOn = false;
+    PreviewViews[ViewRight].PositionY = 9;
+    EXPECT_TRUE(StartPreviews(doc, {}));
+    EXPECT_EQ(PreviewViews, StartPreviewViews());
+    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Parts.tmp")));
+}
+
+TEST_F(PreviewFiles, OnlyThePerspectiveWindowIsTexturedAndOnlyByAOne) {
+    const std::array<int, 4> untextured{RenderUntextured, RenderUntextured, RenderUntextured, RenderUntextured};
+    EXPECT_EQ(PreviewRenderFlags(), untextured) << "no key";
+    WriteConfig("Previews", "PerspectiveTex", "1");
+    EXPECT_EQ(PreviewRenderFlags(), (std::array<int, 4>{RenderUntextured, RenderUntextured, RenderUntextured, RenderTextured}));
+    WriteConfig("Previews", "PerspectiveTex", "0");
+    EXPECT_EQ(PreviewRenderFlags(), untextured);
+    WriteConfig("Previews", "PerspectiveTex", "01");
+    EXPECT_EQ(PreviewRenderFlags(), untextured);
+}
