@@ -1,6 +1,7 @@
 #include "preview/ui/CortonaViewer.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QFocusEvent>
 #include <QFrame>
 #include <QKeyEvent>
@@ -191,6 +192,14 @@ bool CortonaViewer::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void CortonaViewer::closeEvent(QCloseEvent* event) {
+    QWidget::closeEvent(event);
+    // A close of the main window takes the previews with it and may open them again at once,
+    // before the deferred deletion: the new ones must not be these.
+    if (event->isAccepted() && testAttribute(Qt::WA_DeleteOnClose) && windows[index_] == this)
+        windows[index_] = nullptr;
 }
 
 void CortonaViewer::resizeEvent(QResizeEvent* event) {

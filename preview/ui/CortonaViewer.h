@@ -26,7 +26,8 @@ public:
     explicit CortonaViewer(int index, QWidget* parent = nullptr);
     ~CortonaViewer() override;
 
-    // The window of a view, made (hidden, without parent) the first time it is touched.
+    // The window of a view, made (hidden, without parent) the first time it is touched, and again
+    // after a close that deletes it: the next touch does not wait for the deletion.
     static CortonaViewer* window(int index);
     // The window of a view if it exists, else null.
     static CortonaViewer* existing(int index);
@@ -68,6 +69,7 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

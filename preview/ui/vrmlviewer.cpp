@@ -1,5 +1,6 @@
 #include "preview/ui/vrmlviewer.h"
 
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
@@ -41,4 +42,10 @@ void vrmlviewer::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     const PixelRect r = StadiumPreviewControlRect(width(), height());
     cortona1_->setGeometry(r.Left, r.Top, r.Width, r.Height);
+}
+
+void vrmlviewer::closeEvent(QCloseEvent* event) {
+    QWidget::closeEvent(event);
+    // The next wireframe must not land in a window on its way out.
+    if (event->isAccepted() && testAttribute(Qt::WA_DeleteOnClose) && theWindow == this) theWindow = nullptr;
 }

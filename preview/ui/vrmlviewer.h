@@ -11,7 +11,8 @@ public:
     explicit vrmlviewer(QWidget* parent = nullptr);
     ~vrmlviewer() override;
 
-    // The window, made (hidden, without parent) the first time it is touched.
+    // The window, made (hidden, without parent) the first time it is touched, and again after a
+    // close that deletes it.
     static vrmlviewer* window();
     // The window if it exists, else null.
     static vrmlviewer* existing();
@@ -24,6 +25,7 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     VrmlView* cortona1_;

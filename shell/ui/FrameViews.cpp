@@ -1,11 +1,17 @@
 #include "shell/ui/FrameViews.h"
 
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
 #include "editors/ui/vornselectobj.h"
+#include "preview/VRMLOps.h"
+#include "preview/ui/CortonaViewer.h"
+#include "preview/ui/VrmlView.h"
+#include "preview/ui/vrmlviewer.h"
 
 FrameViews::FrameViews(QMdiArea* area, QMenu* objselect) : area_(area), objselect_(objselect) {
     previous_ = InstallViews(this);
@@ -50,4 +56,58 @@ std::vector<bool> FrameViews::SelectedParts() {
     vornselectobj* list = existingSelectobj();
     // A list that is not there has no rows, so nothing is selected, as in a freshly made one.
     return list ? list->selectedRows() : std::vector<bool>();
+}
+
+QMdiSubWindow* FrameViews::childFrame(QWidget* w, Qt::WindowFlags flags) {
+    auto* frame = qobject_cast<QMdiSubWindow*>(w->parentWidget());
+    if (frame && frame->mdiArea() == area_) return frame;
+    frame = area_->addSubWindow(w, flags);
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    // The window goes with its frame, and knows it from its own close.
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    return frame;
+}
+
+void FrameViews::loadviews() {
+    if (!StartPreviews(CurrentProject.OIF, Selection())) return;
+    const auto flags = PreviewRenderFlags();
+    const auto layout = PreviewWindowLayout();
+    std::array<QMdiSubWindow*, PreviewWindowCount> frames{};
+    for (int i = 0; i < PreviewWindowCount; ++i) {
+        CortonaViewer* w = CortonaViewer::window(i);
+        // The strip at the top of the window is its title: it shows the name and, by its colour,
+        // which of the four the keys and the wheel act on. A second title bar would only repeat it.
+        frames[i] = childFrame(w, Qt::SubWindow | Qt::FramelessWindowHint);
+        w->Cortona1()->setRenderFlags(flags[i]);
+    }
+    for (int i = 0; i < PreviewWindowCount; ++i)
+        CortonaViewer::window(i)->Cortona1()->setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[i])));
+    for (int i = 0; i < PreviewWindowCount; ++i) {
+        CortonaViewer::window(i)->Label()->setText(QString::fromLatin1(PreviewWindowNames[i]));
+        frames[i]->setGeometry(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height);
+    }
+    for (int i : {ViewTop, ViewBack, ViewPerspective, ViewRight}) frames[i]->show();
+}
+
+void FrameViews::RebuildPreviews() { ::RebuildPreviews(CurrentProject.OIF, Selection()); }
+
+void FrameViews::ReloadPreviews() { ::ReloadPreviews(CurrentProject.OIF, Selection()); }
+
+void FrameViews::ReleaseView(const std::string& description) { CortonaViewer::ReleaseView(description); }
+
+void FrameViews::LoadView(const std::string& description, const std::string& path) {
+    CortonaViewer::LoadView(description, path);
+}
+
+void FrameViews::ShowWirePreview(const std::string& path) {
+    vrmlviewer* viewer = vrmlviewer::window();
+    QMdiSubWindow* frame = childFrame(viewer, Qt::SubWindow);
+    viewer->Cortona1()->setScene(QString::fromStdString(path));
+    if (frame->isVisible()) return;
+    // Placed as showvrml places it: sized by the screen, at the right edge of the frame.
+    const QScreen* screen = area_->screen();
+    const QSize pixels = screen ? screen->size() : QSize(1024, 768);
+    const PixelRect r = StadiumPreviewPlacement(pixels.width(), pixels.height(), area_->width());
+    frame->setGeometry(r.Left, r.Top, r.Width, r.Height);
+    frame->show();
 }

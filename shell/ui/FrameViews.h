@@ -8,6 +8,7 @@
 #include "editors/ui/vornselectobj.h"
 
 class QMdiArea;
+class QMdiSubWindow;
 
 class FrameViews : public Views {
 public:
@@ -19,15 +20,20 @@ public:
     // Reloads objectbox from CurrentProject with every row selected. The lists of the OIF
     // Editor join here when that window exists.
     void RefreshPartsList() override;
-    // The preview windows and their VRML files come with the previews; until then there is
-    // nothing to open, rebuild or rejoin.
-    void loadviews() override {}
-    void RebuildPreviews() override {}
-    void ReloadPreviews() override {}
+    // With "Terramason"/"Previews" at "1": the start views, their files rebuilt, and the four
+    // preview windows laid out right of the parts list and shown. Otherwise nothing.
+    void loadviews() override;
+    // The preview files of CurrentProject for the parts shown in objectbox.
+    void RebuildPreviews() override;
+    void ReloadPreviews() override;
     // Puts the parts list at the top left of the frame, 1850 by 9500 twips, and shows it.
     void showselectobj() override;
     // The rows selected in objectbox; none while the list does not exist.
     std::vector<bool> SelectedParts() override;
+    void ReleaseView(const std::string& description) override;
+    void LoadView(const std::string& description, const std::string& path) override;
+    // Loads the file into "Stadium Preview", a child of the frame, and shows it.
+    void ShowWirePreview(const std::string& path) override;
 
     // The parts list, made (hidden) the first time it is touched; it is made again after its
     // window was closed.
@@ -36,6 +42,10 @@ public:
     vornselectobj* existingSelectobj() const;
 
 private:
+    // The frame of w inside the area, made the first time; a window made elsewhere (the Options
+    // window makes the Perspective one) moves into the area.
+    QMdiSubWindow* childFrame(QWidget* w, Qt::WindowFlags flags);
+
     QMdiArea* area_;
     QPointer<QMenu> objselect_;
     QPointer<vornselectobj> selectobj_;

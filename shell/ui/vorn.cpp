@@ -25,6 +25,7 @@
 #include "shell/ui/EditCommands.h"
 #include "shell/ui/FrameViews.h"
 #include "shell/ui/Resources.h"
+#include "shell/ui/VORNOptions.h"
 #include "shell/ui/vornabout.h"
 #include "shell/ui/vornnewproj.h"
 #include "editors/ui/vornselectobj.h"
@@ -498,9 +499,7 @@ void vorn::showrhinoravconv() {
     // Shows rhinoravconv, the RAV Convertor, modally, once it exists.
 }
 
-void vorn::showoptions() {
-    // Shows VORNOptions, the Options window, modally, once it exists.
-}
+void vorn::showoptions() { VORNOptions::showModal(this); }
 
 // ---- Help
 
