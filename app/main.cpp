@@ -4,6 +4,7 @@
 #include <QStandardPaths>
 
 #include "core/Desktop.h"
+#include "core/Memory.h"
 #include "core/ProgramState.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
@@ -12,6 +13,7 @@
 #include "shell/ui/stadiumsplash.h"
 
 int main(int argc, char** argv) {
+    KeepLargeBlocksForReuse();
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("VORN"));
     QApplication::setApplicationName(QStringLiteral("terramason"));

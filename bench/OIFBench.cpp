@@ -13,6 +13,7 @@
 #include <benchmark/benchmark.h>
 
 #include "FastestReporter.h"
+#include "core/Memory.h"
 
 #include "core/OIFOps.h"
 
@@ -124,6 +125,7 @@ BENCHMARK(BM_EncodeOIF)->Apply(Setup);
 }  // namespace
 
 int main(int argc, char** argv) {
+    KeepLargeBlocksForReuse();  // as the editor does
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     std::printf("Stadium: %d parts of %d vertices and %d indices, %zu bytes\n", PartCount, VerticesPerPart,

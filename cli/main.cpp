@@ -10,6 +10,7 @@
 #include "cli/CliDesktop.h"
 #include "cli/Verbs.h"
 #include "core/Desktop.h"
+#include "core/Memory.h"
 #include "core/ProgramState.h"
 
 namespace {
@@ -60,6 +61,7 @@ int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    KeepLargeBlocksForReuse();
     CliDesktop desktop(std::cerr);
     InstallDesktop(&desktop);
     // The editor's per-user folder: registry.conf and the hand-over files of .o conversion.
