@@ -75,9 +75,11 @@ void FrameViews::loadviews() {
     std::array<QMdiSubWindow*, PreviewWindowCount> frames{};
     for (int i = 0; i < PreviewWindowCount; ++i) {
         CortonaViewer* w = CortonaViewer::window(i);
-        // The strip at the top of the window is its title: it shows the name and, by its colour,
-        // which of the four the keys and the wheel act on. A second title bar would only repeat it.
-        frames[i] = childFrame(w, Qt::SubWindow | Qt::FramelessWindowHint);
+        // Frames without a border, side by side as the layout puts them, leave all but one viewer
+        // black on the screen: Qt composes the viewers wrongly when frameless siblings touch. No
+        // close box: only loadviews brings a preview back.
+        frames[i] = childFrame(w, Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                      Qt::WindowMinMaxButtonsHint);
         w->Cortona1()->setRenderFlags(flags[i]);
     }
     for (int i = 0; i < PreviewWindowCount; ++i)

@@ -9,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QtTest>
 
@@ -172,6 +173,21 @@ private slots:
         QCOMPARE(frame_->selectobj()->objectbox()->count(), 1);
         QCOMPARE(PreviewViews, StartPreviewViews());
         QVERIFY(desktop_->messages.empty());
+    }
+
+    void everyViewerReachesTheScreen() {
+        openProject();
+        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(QTest::qWaitForWindowExposed(w(i)->Cortona1()));
+        QTest::qWait(200);
+        const QImage screen = frame_->screen()->grabWindow(0).toImage();
+        for (int i = 0; i < PreviewWindowCount; ++i) {
+            VrmlView* view = w(i)->Cortona1();
+            const QPoint centre = view->rect().center();
+            const QColor drawn = view->grabFramebuffer().pixelColor(centre);
+            const QColor shown = screen.pixelColor(view->mapToGlobal(centre));
+            QVERIFY2(shown == drawn, qPrintable(QString("%1: %2 on the screen, %3 drawn")
+                                                    .arg(PreviewWindowNames[i], shown.name(), drawn.name())));
+        }
     }
 
     void onlyThePerspectiveWindowShowsTheTexture() {
