@@ -21,7 +21,7 @@ OIFParse ParseOIF(const ByteBuffer& bytes);
 // `ok`, when given, tells whether the file was accepted.
 OIFFile LoadOIF(const std::string& path, bool* ok = nullptr);
 
-// Builds the complete file. Like the original writer this stores each part's texture back from
+// Builds the complete file. By design this stores each part's texture back from
 // a consumed temporary, so every Texture of `doc` reads blank afterwards although the bytes hold
 // the right names; callers that must keep their names pass a copy.
 ByteBuffer EncodeOIF(OIFFile& doc);
