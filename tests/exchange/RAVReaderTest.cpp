@@ -1,0 +1,227 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "exchange/RAVOps.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+std::string Lines(const std::vector<std::string>& lines, const char* end = "\r\n") {
+    std::string text;
+    for (const std::string& line : lines) text += line + end;
+    return text;
+}
+
+// Two polygons as an exporter might write them, with the quirks the reader must take: indented
+// vertex lines, a seventh vertex field, a name holding an equals sign, lower-case colour digits,
+// a fractional count and LF line ends in the middle of CR LF ones.
+std::string GoodRAV() {
+    std::string text = Lines({"Version=2", "Polygons=2",
+                  "[Polygon 0]", "Name=Stand=North", "Vertices=3",
+                  "  100,-50.5,0,0.25,1,FF", "  1e3,2,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
+                  "Groups=2",
+                  "Group=rowa", "Count=4", "List=0,1,2,1",
+                  "Group=", "Count=0", "List=",
+                  "[Polygon 1]", "Name=", "Vertices=0", "Groups=1",
+                  "Group=adba", "Count=2.5", "List=2,-1,7"}) +
+                       "[tail]\r\nnot looked at\r\n";
+    text.replace(text.find("Groups=2\r\n") + 8, 2, "\n");
+    return text;
+}
+
+std::string CSV(const std::vector<std::string>& rows) { return Lines(rows); }
+
+std::string PointRow(const std::string& location) {
+    return "\"Point\",\"point\",\"" + location + "\",\"Default\"";
+}
+
+std::string Refusal(std::string_view rav) {
+    const RAVParse p = ParseRAV(rav);
+    EXPECT_EQ(p.file, RAVFile{}) << "a refused file leaves nothing behind";
+    return p.error;
+}
+
+std::string CSVRefusal(std::string_view csv) {
+    const PointTableParse p = ParsePointTable(csv);
+    EXPECT_EQ(p.quads, PolygonPart{});
+    return p.error;
+}
+
+}  // namespace
+
+TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
+    const RAVParse p = ParseRAV(GoodRAV());
+    ASSERT_EQ(p.error, "");
+    const RAVFile& f = p.file;
+    EXPECT_EQ(f.version, 2);
+    ASSERT_EQ(f.polygonCount, 2);
+    ASSERT_EQ(f.polygons.size(), 2u);
+    const RAVPolygon& a = f.polygons[0];
+    EXPECT_EQ(a.name, "Stand=North") << "the value starts after the first equals sign";
+    ASSERT_EQ(a.vertices.size(), 3u);
+    EXPECT_EQ(a.vertices[0], (OIFVertex{100, -50.5f, 0, 0x0000FFFFu, 0.25f, 1}));
+    EXPECT_EQ(a.vertices[1], (OIFVertex{1000, 2, 3, 0x000000FFu, 0, 0})) << "abcdef is 0; the seventh field is ignored";
+    EXPECT_EQ(a.vertices[2].Shadow, 0x123456FFu);
+    ASSERT_EQ(a.groups.size(), 2u);
+    EXPECT_EQ(a.groups[0].name, "rowa");
+    EXPECT_EQ(a.groups[0].indices, (std::vector<std::int16_t>{0, 1, 2, 1}));
+    EXPECT_EQ(a.groups[1].indexCount, 0);
+    EXPECT_TRUE(a.groups[1].indices.empty());
+    const RAVPolygon& b = f.polygons[1];
+    EXPECT_EQ(b.vertexCount, 0);
+    EXPECT_TRUE(b.vertices.empty());
+    ASSERT_EQ(b.groups.size(), 1u);
+    EXPECT_EQ(b.groups[0].indexCount, 2) << "2.5 rounds to even";
+    EXPECT_EQ(b.groups[0].indices, (std::vector<std::int16_t>{2, -1}));
+}
+
+TEST(ReadRAV, PolygonCountOfZeroOrLessIgnoresTheRest) {
+    for (const char* count : {"0", "-3", "nothing"}) {
+        const RAVParse p = ParseRAV(Lines({"Version=1", std::string("Polygons=") + count, "garbage"}));
+        EXPECT_EQ(p.error, "") << count;
+        EXPECT_TRUE(p.file.polygons.empty()) << count;
+    }
+}
+
+TEST(HexToLong, ReadsCapitalDigitsFromTheRightAndRefusesOverflow) {
+    EXPECT_EQ(HexToLong("FF"), 255);
+    EXPECT_EQ(HexToLong("abcdef"), 0);
+    EXPECT_EQ(HexToLong("1a"), 16) << "a lower-case letter counts 0 in its place";
+    EXPECT_EQ(HexToLong(""), 0);
+    EXPECT_EQ(HexToLong("7FFFFFFF"), 0x7FFFFFFF);
+    EXPECT_EQ(HexToLong("0000000000FF"), 255) << "zeros far to the left add nothing";
+    EXPECT_EQ(HexToLong("80000000"), std::nullopt);
+    EXPECT_EQ(HexToLong("100000000"), std::nullopt);
+}
+
+TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {
+    const std::string head = "Version=1\r\nPolygons=1\r\n[P]\r\nName=x\r\n";
+    const std::string group = "Vertices=0\r\nGroups=1\r\nGroup=rowa\r\n";
+    std::string list = "List=0";
+    for (int i = 1; i < 1001; ++i) list += ",0";
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "The file is empty."},
+        {"Version=1\r\nPolygons=2\r\n[P]\r\nName=x\r\nVertices=0\r\nGroups=0\r\n",
+         "The file ends after line 6, but its counts call for more lines."},
+        {head + "Vertices=2\r\n1,2,3,4,5,FF\r\n", "The file ends after line 6, but its counts call for more lines."},
+        {head + "Vertices=1\r\n1,2,3,4,5\r\nGroups=0\r\n", "Line 6: a vertex needs six comma-separated values."},
+        {head + "Vertices=1\r\n1,2,3,4,5,1000000\r\nGroups=0\r\n", "Line 6: the colour \"1000000\" is larger than FFFFFF."},
+        {head + "Vertices=1\r\n1e39,2,3,4,5,FF\r\nGroups=0\r\n", "Line 6: 1E+39 is too large for a number of the file."},
+        {"Version=1\r\nPolygons=32768\r\n", "Line 2: 32768 does not fit in 16 bits."},
+        {head + group + "Count=3\r\nList=0,1\r\n", "Line 9: the list holds 2 indices, fewer than its count of 3."},
+        {head + group + "Count=1\r\n" + list + "\r\n", "Line 9: an index list holds at most 1000 indices."},
+        {head + group + "Count=1\r\nList=40000\r\n", "Line 9: 40000 does not fit in 16 bits."},
+    };
+    for (const auto& [file, reason] : cases) EXPECT_EQ(Refusal(file), "Invalid RAV file!\r\n\r\n" + reason) << file;
+}
+
+TEST(ReadRAV, EveryPrefixOfAGoodFileIsReadOrRefusedWithAMessage) {
+    const std::string good = GoodRAV();
+    for (std::size_t n = 0; n <= good.size(); ++n) {
+        const RAVParse p = ParseRAV(std::string_view(good).substr(0, n));
+        if (p.error.empty()) continue;
+        EXPECT_EQ(p.error.rfind("Invalid RAV file!\r\n\r\n", 0), 0u) << n;
+        EXPECT_EQ(p.file, RAVFile{}) << n;
+    }
+}
+
+TEST(ReadPointTable, MakesQuadsOfPointRowsWithTheRhinocerosAxes) {
+    // Seven points: the last three make no quad. A row of another type, an empty location and a
+    // point word that is not exactly "point" are passed over.
+    std::vector<std::string> rows = {"\"Name\",\"Kind\",\"Object Type\",\"Layer\""};
+    rows.push_back(PointRow("1,2,3"));
+    rows.push_back("\"Curve\",\"curve\",\"9,9,9\",\"Default\"");
+    rows.push_back(PointRow(""));
+    rows.push_back("\"Point\",\"Point\",\"9,9,9\",\"Default\"");
+    for (const char* p : {"-1.5,0.25,10,junk", "0,0,0", "4,5,6", "7,8,9", "10,11,12", "13,14,15"})
+        rows.push_back(PointRow(p));
+    const PointTableParse p = ParsePointTable(CSV(rows));
+    ASSERT_EQ(p.error, "");
+    EXPECT_EQ(p.quads.Count, 1);
+    ASSERT_EQ(p.quads.Vertices.size(), 4u);
+    EXPECT_EQ(p.quads.Vertices[0], (OIFVertex{100, 300, 200, 0, 0, 0})) << "x = a, y = c, z = b, no sign change";
+    EXPECT_EQ(p.quads.Vertices[1], (OIFVertex{-150, 1000, 25, 0, 0, 0}));
+    EXPECT_EQ(p.quads.Vertices[3], (OIFVertex{400, 600, 500, 0, 0, 0}));
+}
+
+TEST(ReadPointTable, RefusesTablesItCannotReadSafely) {
+    const std::string head = "\"Name\",\"Kind\",\"Object Type\"\r\n";
+    const std::string noTypeColumn = "The first line has no \"Object Type\" column with a column before it.";
+    const std::pair<std::string, std::string> cases[] = {
+        {"", "The file is empty."},
+        {"\"Name\",\"Kind\",\"Location\"\r\n\"a\",\"point\",\"1,2,3\"\r\n", noTypeColumn},
+        {"\"Object Type\",\"Kind\"\r\n", noTypeColumn},
+        {head + "\"a\",\"point\"\r\n", "Line 2 has 2 cells, but the first line has 3."},
+        {head + "\"a\",\"point\",\"1,2,3\",\"x\"\r\n", "Line 2 has 4 cells, but the first line has 3."},
+        {head + "\"a\",point,\"1,2,3\"\r\n", "Line 2 is not a row of quoted cells."},
+        {head + "\"a\",\"point\",\"1,2,3\r\n", "Line 2 is not a row of quoted cells."},
+        {head + "\"a\",\"point\",\"1,2\"\r\n", "Line 2: the point \"1,2\" has fewer than three coordinates."},
+        {head + "\"a\",\"point\",\"1e37,0,0\"\r\n", "Line 2: 1E+39 is too large for a number of the file."},
+    };
+    for (const auto& [file, reason] : cases) EXPECT_EQ(CSVRefusal(file), "Invalid CSV file!\r\n\r\n" + reason) << file;
+}
+
+TEST(ReadPointTable, EveryPrefixOfAGoodTableIsReadOrRefusedWithAMessage) {
+    std::vector<std::string> rows = {"\"Name\",\"Kind\",\"Object Type\""};
+    for (int i = 0; i < 9; ++i) rows.push_back("\"P\",\"point\",\"" + std::to_string(i) + ",1,2\"");
+    const std::string good = CSV(rows);
+    ASSERT_EQ(ParsePointTable(good).error, "");
+    for (std::size_t n = 0; n <= good.size(); ++n) {
+        const PointTableParse p = ParsePointTable(std::string_view(good).substr(0, n));
+        if (p.error.empty()) {
+            EXPECT_EQ(p.quads.Vertices.size(), 4u * static_cast<std::size_t>(p.quads.Count)) << n;
+            continue;
+        }
+        EXPECT_EQ(p.error.rfind("Invalid CSV file!\r\n\r\n", 0), 0u) << n;
+    }
+}
+
+TEST(ReadRAVFile, ReportsARefusalInABoxAndGivesNothing) {
+    ScratchFolder dir;
+    ScriptedDesktop desktop;
+    WriteFile(dir.file("good.txt"), Bytes().raw(GoodRAV()).data);
+    WriteFile(dir.file("short.txt"), Bytes().raw("Version=1\r\nPolygons=1\r\n").data);
+    WriteFile(dir.file("table.csv"), Bytes().raw("\"Object Type\"\r\n").data);
+    bool ok = false;
+    EXPECT_EQ(ReadRAVFile(dir.file("good.txt"), &ok).polygons.size(), 2u);
+    EXPECT_TRUE(ok);
+    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_EQ(ReadRAVFile(dir.file("short.txt"), &ok), RAVFile{});
+    EXPECT_FALSE(ok);
+    EXPECT_EQ(ReadPointTable(dir.file("table.csv"), &ok), PolygonPart{});
+    EXPECT_FALSE(ok);
+    ASSERT_EQ(desktop.messages.size(), 2u);
+    EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
+    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_EQ(desktop.messages[1].text.rfind("Invalid CSV file!", 0), 0u);
+    EXPECT_THROW(ReadRAVFile(dir.file("missing.txt")), std::runtime_error);
+}
+
+TEST(ChooseQuadCorners, TakesStrictWinnersAndTheEqualUExceptions) {
+    struct Case {
+        std::array<float, 4> u, v;
+        QuadCorners corners;
+    };
+    const Case cases[] = {
+        // A crowd row as the 3DS import lays it out.
+        {{1, 1, 0, 0}, {0, 1, 1, 0}, {1, 2, 3, 0}},
+        // Equal u of the last two: the earlier one is C ...
+        {{0, 1, 0, 0.5f}, {0, 1, 0.1f, 0.9f}, {1, 3, 0, 2}},
+        {{1, 0, 0, 0.5f}, {1, 0, 0.1f, 0.9f}, {0, 3, 1, 2}},
+        // ... except for vertices 0 and 1 behind A and B of 2 and 3, and 0 and 2 behind A 3, B 1.
+        {{0, 0, 1, 0.5f}, {0, 0.1f, 1, 0.9f}, {2, 3, 1, 0}},
+        {{0, 0, 0.5f, 1}, {0, 0.1f, 0.9f, 1}, {3, 2, 1, 0}},
+        {{0, 0.5f, 0, 1}, {0, 0.9f, 0.1f, 1}, {3, 1, 2, 0}},
+        // No strict A: no corner; no strict B: only A.
+        {{1, 0, 1, 0}, {0, 1, 0, 1}, {-1, -1, -1, -1}},
+        {{1, 0, 0, 0}, {1, 0.5f, 0.5f, 0}, {0, -1, -1, -1}},
+    };
+    for (const Case& c : cases) {
+        const QuadCorners k = ChooseQuadCorners(c.u, c.v);
+        EXPECT_EQ(k, c.corners) << "got " << k.A << k.B << k.C << k.D << " for u " << c.u[0] << "," << c.u[1] << ","
+                                << c.u[2] << "," << c.u[3];
+    }
+}

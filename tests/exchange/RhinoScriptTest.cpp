@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "core/NumberText.h"
+#include "exchange/RhinoScriptOps.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace {
+
+using Vertex = std::array<double, 5>;  // x, y, z, u, v as the file writes them
+
+struct Row {
+    std::array<Vertex, 4> v;
+    std::string group;
+};
+
+// A crowd row from x0 to x0 + 200, 100 high and 50 deep, with the UVs of the 3DS import: vertex 1
+// is corner A, 2 is B, 3 is C and 0 is D.
+Row Standard(const std::string& group, double x0 = 0) {
+    return {{{{x0 + 200, 0, 0, 1, 0}, {x0 + 200, 100, 50, 1, 1}, {x0, 100, 50, 0, 1}, {x0, 0, 0, 0, 0}}}, group};
+}
+
+std::string Number(double value) { return DoubleText(value); }
+
+// A RAV export in the exporter's layout: keys of 8 and 7 characters where they count, an empty
+// first polygon, then four vertices and one group to each row.
+std::string Export(const std::vector<Row>& rows) {
+    std::string t = "Version=1\r\nNumPoly=" + std::to_string(rows.size() + 1) + "\r\n";
+    t += "[Polygon 0]\r\nName=\r\nNumVert=0\r\nNumGrps=0\r\n";
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        t += "[Polygon " + std::to_string(i + 1) + "]\r\nName=row\r\nNumVert=4\r\n";
+        for (const Vertex& v : rows[i].v)
+            t += "  " + Number(v[0]) + "," + Number(v[1]) + "," + Number(v[2]) + "," + Number(v[3]) + "," +
+                 Number(v[4]) + ",FFFFFF\r\n";
+        t += "NumGrps=1\r\nGroup1=" + rows[i].group + "\r\nNumIdx=4\r\nIndices=0,1,2,3\r\n";
+    }
+    return t;
+}
+
+const char* const LayerLines = "setactiveviewport top\r\n-Layer\r\nNew rwh0\r\nNew rwh1\r\nNew rwh2\r\nNew rwh3\r\n"
+                               "New rwa0\r\nNew rwa1\r\nNew rwa2\r\nNew rwa3\r\nenter\r\n";
+
+std::vector<std::string> LinesStartingWith(const std::string& script, const std::string& start) {
+    std::vector<std::string> found;
+    std::size_t pos = 0;
+    while (pos < script.size()) {
+        const std::size_t end = script.find("\r\n", pos);
+        const std::string line = script.substr(pos, end - pos);
+        if (line.rfind(start, 0) == 0) found.push_back(line);
+        pos = end + 2;
+    }
+    return found;
+}
+
+std::string Script(const std::vector<Row>& rows, const std::string& texturePath = "/tex/") {
+    const RhinoScript s = RhinoScriptText(Export(rows), texturePath);
+    EXPECT_EQ(s.error, "");
+    return s.text;
+}
+
+}  // namespace
+
+TEST(RhinoScript, CountOfOneGivesTheLayersAndShowOnly) {
+    EXPECT_EQ(Script({}), std::string(LayerLines) + "show\r\n");
+}
+
+TEST(RhinoScript, WritesEachRowAsANamedTexturedHiddenFace) {
+    Row first = Standard("rowa");
+    first.v[3][0] = -123456;  // corner C
+    const std::string script = Script({first});
+    EXPECT_EQ(script, std::string(LayerLines) +
+                          "3DFace 2,0.5,1 0,0.5,1 -1234.56,0,0 2,0,0\r\n"
+                          "selall\r\n-properties\r\nobject\r\nname object1\r\nenter\r\nenter\r\n"
+                          "-properties\r\nmaterial\r\nobject\r\nrhinoceros\r\n"
+                          "texture\r\n/tex/rwh0.bmp\r\nenter\r\nenter\r\n-changelayer rwh0\r\nselall\r\nhide\r\n"
+                          "show\r\n");
+}
+
+TEST(RhinoScript, DealsHomeAndAwayTexturesInTurnAndSkipsVerticalRows) {
+    Row vertical = Standard("rowa");
+    for (Vertex& v : vertical.v) v[0] = 5, v[2] = 7;
+    const std::string script = Script({Standard("rowa"), Standard("rowb"), vertical, Standard("adba"), Standard("rowc"),
+                                       Standard("rowd"), Standard("rowa"), Standard("rowa"), Standard("rowb")});
+    EXPECT_EQ(LinesStartingWith(script, "name "),
+              (std::vector<std::string>{"name object1", "name object2", "name object4", "name object5", "name object6",
+                                        "name object7", "name object8", "name object9"}));
+    EXPECT_EQ(LinesStartingWith(script, "/tex/"),
+              (std::vector<std::string>{"/tex/rwh0.bmp", "/tex/rwa0.bmp", "/tex/adba.bmp", "/tex/rwh1.bmp",
+                                        "/tex/rwh2.bmp", "/tex/rwh3.bmp", "/tex/rwh0.bmp", "/tex/rwa1.bmp"}));
+    EXPECT_EQ(LinesStartingWith(script, "-changelayer").size(), 7u) << "every face but adba's changes layer";
+    EXPECT_EQ(LinesStartingWith(script, "hide").size(), 8u) << "adba's face is hidden too";
+    EXPECT_EQ(LinesStartingWith(script, "3DFace").size(), 8u);
+}
+
+TEST(RhinoScript, CornersWithoutAStrictWinnerKeepThePreviousRowsText) {
+    Row flat = Standard("rowa", 1000);
+    for (Vertex& v : flat.v) v[3] = v[4] = 0;
+    EXPECT_EQ(LinesStartingWith(Script({flat}), "3DFace"), (std::vector<std::string>{"3DFace ,, ,, ,, ,,"}));
+    EXPECT_EQ(LinesStartingWith(Script({Standard("rowa"), flat}), "3DFace"),
+              (std::vector<std::string>(2, "3DFace 2,0.5,1 0,0.5,1 0,0,0 2,0,0")));
+}
+
+TEST(ThreeDecimalText, RoundsHalvesAwayFromZeroAndDropsTrailingZeros) {
+    EXPECT_EQ(ThreeDecimalText(-1234.56), "-1234.56");
+    EXPECT_EQ(ThreeDecimalText(1), "1");
+    EXPECT_EQ(ThreeDecimalText(1.0005), "1.001") << "rounded as shown with 15 digits, not by its binary value";
+    EXPECT_EQ(ThreeDecimalText(0.0625), "0.063");
+    EXPECT_EQ(ThreeDecimalText(-0.0625), "-0.063");
+    EXPECT_EQ(ThreeDecimalText(-0.0004), "0");
+    EXPECT_EQ(ThreeDecimalText(0.9996), "1");
+    EXPECT_EQ(ThreeDecimalText(123456789.12345), "123456789.123");
+    EXPECT_EQ(ThreeDecimalText(1e18), "1E+18");
+}
+
+TEST(RhinoScript, RefusesAShortFileAndEveryPrefixIsScriptedOrRefused) {
+    std::string good = Export({Standard("rowa"), Standard("rowb")});
+    EXPECT_EQ(RhinoScriptText("", "/").error, "Invalid RAV file!\r\n\r\nThe file is empty.");
+    std::string longCount = good;
+    longCount.replace(longCount.find("NumPoly=3"), 9, "NumPoly=4");
+    EXPECT_EQ(RhinoScriptText(longCount, "/").error,
+              "Invalid RAV file!\r\n\r\nThe file ends after line 28, but its counts call for more lines.");
+    for (std::size_t n = 0; n <= good.size(); ++n) {
+        const RhinoScript s = RhinoScriptText(std::string_view(good).substr(0, n), "/");
+        if (!s.error.empty()) EXPECT_EQ(s.text, "") << n;
+        else EXPECT_EQ(s.text.substr(s.text.size() - 6), "show\r\n") << n;
+    }
+}
+
+TEST(makescript, WritesTheScriptOrKeepsTheOldOneAndTells) {
+    ScratchFolder dir;
+    ScriptedDesktop desktop;
+    const std::string target = dir.file("script.txt");
+    WriteFile(dir.file("good.txt"), Bytes().raw(Export({Standard("rowb")})).data);
+    WriteFile(dir.file("short.txt"), Bytes().raw("Version=1\r\nNumPoly=2\r\n").data);
+    WriteFile(target, Bytes().raw("old").data);
+
+    EXPECT_FALSE(makescript(dir.file("short.txt"), target, "/tex/"));
+    EXPECT_EQ(ReadText(target), "old");
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    EXPECT_EQ(desktop.messages[0].text,
+              "Invalid RAV file!\r\n\r\nThe file ends after line 2, but its counts call for more lines.");
+    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+
+    EXPECT_THROW(makescript(dir.file("good.txt"), dir.file("no/such/folder.txt"), "/tex/"), std::runtime_error);
+    EXPECT_TRUE(makescript(dir.file("good.txt"), target, "/tex/"));
+    EXPECT_EQ(ReadText(target), RhinoScriptText(Export({Standard("rowb")}), "/tex/").text);
+    EXPECT_EQ(desktop.messages.size(), 1u);
+}
