@@ -31,5 +31,20 @@ public:
         if (a == fastest.end() || b == fastest.end() || b->second <= 0) return 0;
         return a->second / b->second;
     }
+    // A benchmark's fastest time in seconds; every benchmark here reports milliseconds.
+    double Seconds(const std::string& name) const {
+        const auto a = fastest.find(name);
+        return a == fastest.end() ? 0 : a->second / 1000.0;
+    }
     std::map<std::string, double> fastest;
 };
+
+// Reads benchmark's own arguments and runs every benchmark with `reporter`; false when an
+// argument was not understood.
+inline bool RunAllBenchmarks(int argc, char** argv, FastestReporter& reporter) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return false;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return true;
+}

@@ -126,13 +126,10 @@ BENCHMARK(BM_EncodeOIF)->Apply(Setup);
 
 int main(int argc, char** argv) {
     KeepLargeBlocksForReuse();  // as the editor does
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     std::printf("Stadium: %d parts of %d vertices and %d indices, %zu bytes\n", PartCount, VerticesPerPart,
                 IndicesPerPart, Data().bytes.size());
     FastestReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunAllBenchmarks(argc, argv, reporter)) return 1;
 
     const auto base = reporter.fastest.find("BM_Memcpy");
     if (base == reporter.fastest.end() || base->second <= 0) return 0;

@@ -110,11 +110,8 @@ BENCHMARK(BM_CopyEveryIndexOnce)->Apply(TenRuns);
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     FastestReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunAllBenchmarks(argc, argv, reporter)) return 1;
     const double strip = reporter.Ratio("BM_Stripper", "BM_MeshoptStripify");
     const double merge = reporter.Ratio("BM_MergeSameTexture", "BM_CopyEveryIndexOnce");
     std::printf("\nStripper: %.2fx of meshopt_stripify alone (target: under 1.5x)\n", strip);

@@ -90,14 +90,11 @@ BENCHMARK(BM_CopyParts)->Apply(TenRuns);
 }  // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     std::uintmax_t total = 0;
     for (const auto& file : Data().files) total += file.second;
     std::printf("A rebuild writes %zu files, %ju bytes\n", Data().files.size(), total);
     FastestReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    if (!RunAllBenchmarks(argc, argv, reporter)) return 1;
     const double rebuild = reporter.Ratio("BM_RebuildPreviews", "BM_PlainWrites");
     const double view = reporter.Ratio("BM_ViewChange", "BM_CopyParts");
     std::printf("\nRebuildPreviews: %.2fx of plain writes of the same bytes (target: within 2.5x)\n", rebuild);

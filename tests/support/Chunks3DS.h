@@ -1,0 +1,87 @@
+#pragma once
+// Hand-made 3DS chunks for tests and benchmarks: each helper gives the complete bytes of one
+// chunk, header included, so files are written as nested calls.
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+namespace chunks3ds {
+
+using Bytes3DS = std::vector<std::uint8_t>;
+
+inline void Put16(Bytes3DS& b, std::uint16_t v) {
+    b.push_back(static_cast<std::uint8_t>(v));
+    b.push_back(static_cast<std::uint8_t>(v >> 8));
+}
+inline void Put32(Bytes3DS& b, std::uint32_t v) {
+    for (int i = 0; i < 4; ++i) b.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+}
+inline void PutFloat(Bytes3DS& b, float f) {
+    std::uint32_t u;
+    std::memcpy(&u, &f, 4);
+    Put32(b, u);
+}
+inline Bytes3DS Text(const std::string& s) {
+    Bytes3DS b(s.begin(), s.end());
+    b.push_back(0);
+    return b;
+}
+inline Bytes3DS I16(std::int16_t v) {
+    Bytes3DS b;
+    Put16(b, static_cast<std::uint16_t>(v));
+    return b;
+}
+inline Bytes3DS I32(std::int32_t v) {
+    Bytes3DS b;
+    Put32(b, static_cast<std::uint32_t>(v));
+    return b;
+}
+
+// A chunk of the given id whose payload is the pieces one after the other.
+inline Bytes3DS Chunk(std::uint16_t id, std::initializer_list<Bytes3DS> pieces = {}) {
+    Bytes3DS b;
+    Put16(b, id);
+    Put32(b, 0);
+    for (const Bytes3DS& p : pieces) b.insert(b.end(), p.begin(), p.end());
+    const auto length = static_cast<std::uint32_t>(b.size());
+    std::memcpy(b.data() + 2, &length, 4);
+    return b;
+}
+
+inline Bytes3DS Vertices(const std::vector<std::array<float, 3>>& points) {
+    Bytes3DS b = I16(static_cast<std::int16_t>(points.size()));
+    for (const auto& p : points)
+        for (float f : p) PutFloat(b, f);
+    return Chunk(0x4110, {b});
+}
+inline Bytes3DS TexVerts(const std::vector<std::array<float, 2>>& uvs) {
+    Bytes3DS b = I16(static_cast<std::int16_t>(uvs.size()));
+    for (const auto& t : uvs)
+        for (float f : t) PutFloat(b, f);
+    return Chunk(0x4140, {b});
+}
+inline Bytes3DS Faces(const std::vector<std::array<std::uint16_t, 3>>& faces, std::initializer_list<Bytes3DS> sub = {}) {
+    Bytes3DS b = I16(static_cast<std::int16_t>(faces.size()));
+    for (const auto& f : faces) {
+        for (std::uint16_t i : f) Put16(b, i);
+        Put16(b, 7);
+    }
+    for (const Bytes3DS& s : sub) b.insert(b.end(), s.begin(), s.end());
+    return Chunk(0x4120, {b});
+}
+inline Bytes3DS FaceMaterial(const std::string& name) { return Chunk(0x4130, {Text(name), I16(0)}); }
+inline Bytes3DS Material(const std::string& name, const std::string& file) {
+    return Chunk(0xAFFF, {Chunk(0xA000, {Text(name)}), Chunk(0xA200, {Chunk(0xA300, {Text(file)})})});
+}
+inline Bytes3DS MaterialNamed(const std::string& name) { return Chunk(0xAFFF, {Chunk(0xA000, {Text(name)})}); }
+inline Bytes3DS Object(const std::string& name, std::initializer_list<Bytes3DS> meshChunks) {
+    return Chunk(0x4000, {Text(name), Chunk(0x4100, meshChunks)});
+}
+inline Bytes3DS File(std::initializer_list<Bytes3DS> editChunks) {
+    return Chunk(0x4D4D, {Chunk(0x0002, {I32(3)}), Chunk(0x3D3D, editChunks)});
+}
+
+}  // namespace chunks3ds
