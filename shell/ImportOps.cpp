@@ -6,6 +6,7 @@
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "exchange/mdl3DS.h"
 #include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
@@ -38,10 +39,21 @@ bool importo(const std::string& path) {
     return ok;
 }
 
+bool import3ds(const std::string& path) {
+    if (!Read3DSFile(path)) return false;
+    std::optional<OIFPart> part = Make3DSPart(true, 1, 0, 0);
+    if (!part) return false;
+    CurrentProject.OIF = AddPart(*part, CurrentProject.OIF);
+    TheViews().RefreshPartsList();
+    TheViews().RebuildPreviews();
+    return true;
+}
+
 bool ImportByExtension(const std::string& path) {
     const std::string extension = FileExtension(path);
     if (extension == "oif") return importoif(path);
     if (extension == "o") return importo(path);
+    if (extension == "3ds") return import3ds(path);
     ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
     return false;
 }

@@ -13,6 +13,8 @@ inline constexpr const char* UnsupportedFileMessage = "File type not supported!"
 bool importoif(const std::string& path);
 // Converts a .o through the converter into the hand-over file and imports that.
 bool importo(const std::string& path);
+// Reads a 3DS model and adds it as one new part, shaded by distance and stripped.
+bool import3ds(const std::string& path);
 // Imports one file by its extension; an extension it cannot read is told and changes nothing.
 // Returns false when the file was refused or its type is not supported.
 bool ImportByExtension(const std::string& path);

@@ -6,13 +6,15 @@
 #include "core/Views.h"
 #include "shell/ImportOps.h"
 #include "shell/ProjectTestKit.h"
+#include "support/Chunks3DS.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 struct CountingViews : Views {
-    int refreshed = 0, loaded = 0;
+    int refreshed = 0, loaded = 0, rebuilt = 0;
     void RefreshPartsList() override { ++refreshed; }
+    void RebuildPreviews() override { ++rebuilt; }
     void loadviews() override { ++loaded; }
 };
 
@@ -91,4 +93,31 @@ TEST_F(Importing, OFilesGoThroughTheConverterAndTheHandOverFileIsRemoved) {
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF file!\r\n\r\nPlugin fifastadadp: bad chunk\n");
     EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 2);
+}
+
+TEST_F(Importing, A3DSModelBecomesOneNewPartAndADamagedOneChangesNothing) {
+    using namespace chunks3ds;
+    const Bytes3DS model = File({Object("Roof", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), TexVerts({{0, 0}, {1, 0}, {1, 1}}),
+                                                 Faces({{0, 1, 2}})})});
+    WriteFile(m.dir.file("roof.3DS"), model);
+    m.desktop.dialogAnswers = {m.dir.file("roof.3DS")};
+    importfile();
+    ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 2);
+    const OIFPart& part = CurrentProject.OIF.Parts[1];
+    EXPECT_EQ(part.Header.Name, FixedText<28>("Part 1")) << "named after the part count before it was added";
+    EXPECT_EQ(part.Vertices.size(), 3u);
+    EXPECT_EQ(part.Indices.size(), 3u);
+    EXPECT_EQ(views.refreshed, 1);
+    EXPECT_EQ(views.rebuilt, 1);
+    EXPECT_TRUE(m.desktop.messages.empty());
+
+    const OIFFile before = CurrentProject.OIF;
+    Bytes3DS damaged = model;
+    damaged.resize(damaged.size() - 2);
+    WriteFile(m.dir.file("bad.3ds"), damaged);
+    EXPECT_FALSE(ImportByExtension(m.dir.file("bad.3ds")));
+    EXPECT_EQ(CurrentProject.OIF, before);
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_NE(m.desktop.messages[0].text.find("damaged"), std::string::npos);
+    EXPECT_EQ(views.rebuilt, 1);
 }
