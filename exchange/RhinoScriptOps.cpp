@@ -11,6 +11,7 @@
 #include "core/binaryOps.h"
 #include "exchange/RAVOps.h"
 #include "exchange/TextReading.h"
+#include "shell/fileOps.h"
 
 namespace {
 
@@ -164,4 +165,12 @@ bool makescript(const std::string& ravPath, const std::string& scriptPath, const
     }
     binaryOps::WriteBytesFile(ByteBuffer(script.text.begin(), script.text.end()), scriptPath);
     return true;
+}
+
+std::string WithTrailingSeparator(const std::string& folder) {
+    return !folder.empty() && folder.back() == '/' ? folder : folder + "/";
+}
+
+std::string WithDefaultExtension(const std::string& path, const std::string& extension) {
+    return FileExtension(path).empty() ? path + "." + extension : path;
 }

@@ -25,3 +25,9 @@ bool makescript(const std::string& ravPath, const std::string& scriptPath, const
 // A coordinate as the script writes it: rounded to three decimals, halves away from zero, as
 // decimal text without trailing zeros ("-1234.56", "1").
 std::string ThreeDecimalText(double value);
+
+// The texture folder as the script joins texture names to it: ending in the path separator "/".
+std::string WithTrailingSeparator(const std::string& folder);
+// A name chosen without an extension gets `extension`, as a save dialog with a default extension
+// gives it: "crowd" becomes "crowd.txt", "crowd.rvb" stays.
+std::string WithDefaultExtension(const std::string& path, const std::string& extension);

@@ -29,6 +29,7 @@
 #include "shell/ui/vornabout.h"
 #include "shell/ui/vornnewproj.h"
 #include "editors/ui/vornselectobj.h"
+#include "exchange/ui/rhinoravconv.h"
 
 namespace {
 vorn* liveFrame = nullptr;
@@ -495,9 +496,7 @@ void vorn::toolzmodeler() { StartTool(OutsideTool::ZModeler); }
 void vorn::toolrhino() { StartTool(OutsideTool::Rhinoceros); }
 void vorn::toolconvrav() { StartTool(OutsideTool::ConvRav); }
 
-void vorn::showrhinoravconv() {
-    // Shows rhinoravconv, the RAV Convertor, modally, once it exists.
-}
+void vorn::showrhinoravconv() { rhinoravconv::showModal(this); }
 
 void vorn::showoptions() { VORNOptions::showModal(this); }
 

@@ -11,6 +11,25 @@
 
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+// What a window test starts from: the program state of a fresh start, a scratch folder as
+// AppFolder and the scripted desktop. Made in init() and dropped in cleanup().
+struct ScratchProgram {
+    ScratchProgram() {
+        ResetProgramState();
+        AppFolder = folder.path();
+    }
+    ~ScratchProgram() {
+        AppFolder.clear();
+        ResetProgramState();
+    }
+    ScratchProgram(const ScratchProgram&) = delete;
+    ScratchProgram& operator=(const ScratchProgram&) = delete;
+    ScratchFolder folder;
+    ScriptedDesktop desktop;
+};
 
 // Runs `act` once on the next modal window of class T, as soon as it is shown: the test's hand
 // inside exec().

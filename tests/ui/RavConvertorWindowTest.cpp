@@ -1,0 +1,124 @@
+// The RAV Convertor: the browse buttons and the enable rule of "&Ok", what "&Ok" does with a
+// good export, a refused one and a missing choice, and its help page.
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QtTest>
+
+#include <memory>
+
+#include "exchange/RhinoScriptOps.h"
+#include "exchange/ui/rhinoravconv.h"
+#include "shell/HelpOps.h"
+#include "shell/ui/vorn.h"
+#include "WindowTestKit.h"
+
+namespace {
+// One crowd row after the exporter's empty first polygon.
+const char* const OneRow =
+    "Version=1\r\nNumPoly=2\r\n[P0]\r\nName=\r\nNumVert=0\r\nNumGrps=0\r\n"
+    "[P1]\r\nName=row\r\nNumVert=4\r\n  200,0,0,1,0,FFFFFF\r\n  200,100,50,1,1,FFFFFF\r\n"
+    "  0,100,50,0,1,FFFFFF\r\n  0,0,0,0,0,FFFFFF\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=4\r\nIndices=0,1,2,3\r\n";
+}  // namespace
+
+class RavConvertorWindowTest : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<ScratchProgram> program_;
+    ScriptedDesktop* desktop_ = nullptr;
+    ScratchFolder* folder_ = nullptr;
+
+    // Fills the three boxes through their browse buttons, in the order the window lists them.
+    void Browse(rhinoravconv& w, const std::string& rav, const std::string& folder, const std::string& script) {
+        desktop_->dialogAnswers = {rav, folder, script};
+        QTest::mouseClick(w.ravbut(), Qt::LeftButton);
+        QTest::mouseClick(w.texbut(), Qt::LeftButton);
+        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
+    }
+
+private slots:
+    void init() {
+        program_ = std::make_unique<ScratchProgram>();
+        desktop_ = &program_->desktop;
+        folder_ = &program_->folder;
+    }
+    void cleanup() { program_.reset(); }
+
+    void browseButtonsFillTheBoxesAndOkWaitsForAllThree() {
+        rhinoravconv w;
+        QCOMPARE(w.windowTitle(), QString("Rhino Tools | RAV Convertor"));
+        QStringList labels;
+        for (QLabel* l : w.findChildren<QLabel*>()) labels << l->text();
+        QCOMPARE(labels, (QStringList{"RAV Exported Text:", "Texture Path:", "Export Rhinoscript:"}));
+        QVERIFY(!w.okbut()->isEnabled());
+
+        desktop_->dialogAnswers = {"/data/stand.txt", "/data/tex", "", "/data/out"};
+        QTest::mouseClick(w.ravbut(), Qt::LeftButton);
+        QCOMPARE(w.ravbox()->text(), QString("/data/stand.txt"));
+        QVERIFY(!w.okbut()->isEnabled());
+        QTest::mouseClick(w.texbut(), Qt::LeftButton);
+        QCOMPARE(w.texbox()->text(), QString("/data/tex/"));
+        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);  // cancelled
+        QVERIFY(w.rhinobox()->text().isEmpty());
+        QVERIFY(!w.okbut()->isEnabled());
+        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
+        QCOMPARE(w.rhinobox()->text(), QString("/data/out.txt"));
+        QVERIFY(w.okbut()->isEnabled());
+        QCOMPARE(desktop_->dialogTitles, (std::vector<std::string>{"Export RAV Text file...", "Select texture path...",
+                                                                   "Save RhinoScipt...", "Save RhinoScipt..."}));
+
+        // A folder that already ends in its separator gets no second one.
+        desktop_->dialogAnswers = {"/data/tex/"};
+        QTest::mouseClick(w.texbut(), Qt::LeftButton);
+        QCOMPARE(w.texbox()->text(), QString("/data/tex/"));
+    }
+
+    void okWritesTheScriptAndClosesTheWindow() {
+        vorn frame;
+        WriteFile(folder_->file("rows.txt"), Bytes().raw(OneRow).data);
+        const std::string script = folder_->file("rows.rvb");
+        bool driven = false;
+        WhenModalShown<rhinoravconv>([&](rhinoravconv* w) {
+            driven = true;
+            Browse(*w, folder_->file("rows.txt"), folder_->file("tex"), script);
+            QTest::mouseClick(w->okbut(), Qt::LeftButton);
+        });
+        frame.menuAction("RAV Convertor")->trigger();
+        QVERIFY(driven);
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(ReadText(script), RhinoScriptText(OneRow, folder_->file("tex") + "/").text);
+        QVERIFY(ReadText(script).find("/tex/rwa0.bmp\r\n") != std::string::npos);
+        QVERIFY(desktop_->messages.empty());
+    }
+
+    void okTellsWhatIsMissingAndARefusedExportKeepsTheWindowOpen() {
+        rhinoravconv w;
+        w.show();
+        WriteFile(folder_->file("short.txt"), Bytes().raw("Version=1\r\nNumPoly=2\r\n").data);
+        const std::string script = folder_->file("script.txt");
+        Browse(w, folder_->file("short.txt"), folder_->path(), script);
+        w.ravbox()->clear();
+        QVERIFY2(w.okbut()->isEnabled(), "typing does not run checkboxes");
+        QTest::mouseClick(w.okbut(), Qt::LeftButton);
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+        QCOMPARE(desktop_->messages[0].text, std::string("Please choose the RAV Text file to import, the textures path "
+                                                         "and the RhinoScript output file name.   "));
+
+        w.ravbox()->setText(QString::fromStdString(folder_->file("short.txt")));
+        QTest::mouseClick(w.okbut(), Qt::LeftButton);
+        QCOMPARE(desktop_->messages.size(), std::size_t(2));
+        QVERIFY(desktop_->messages[1].text.rfind("Invalid RAV file!", 0) == 0);
+        QVERIFY(w.isVisible());
+        QVERIFY(!QFile::exists(QString::fromStdString(script)));
+    }
+
+    void helpOpensItsPageOfTheHelpBook() {
+        rhinoravconv w;
+        QTest::mouseClick(w.helpbut(), Qt::LeftButton);
+        QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("ravconvertor.html")}));
+    }
+};
+
+QTEST_MAIN(RavConvertorWindowTest)
+#include "RavConvertorWindowTest.moc"
