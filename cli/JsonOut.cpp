@@ -117,3 +117,33 @@ void WriteOIFJson(std::ostream& out, const OIFFile& doc) {
     s += "\"\n}\n";
     sink.Flush();
 }
+
+void WriteRAVJson(std::ostream& out, const RAVFile& file) {
+    std::string s = "{\n  \"version\": ";
+    AppendInt(s, file.version);
+    s += ",\n  \"polygons\": [";
+    for (std::size_t p = 0; p < file.polygons.size(); ++p) {
+        const RAVPolygon& polygon = file.polygons[p];
+        s += p == 0 ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        s += JsonDocumentText(polygon.name);
+        s += ",\n     \"vertices\": [";
+        for (std::size_t i = 0; i < polygon.vertices.size(); ++i) {
+            s += i == 0 ? "" : ", ";
+            AppendVertex(s, polygon.vertices[i]);
+        }
+        s += "],\n     \"groups\": [";
+        for (std::size_t g = 0; g < polygon.groups.size(); ++g) {
+            s += g == 0 ? "{\"name\": " : ", {\"name\": ";
+            s += JsonDocumentText(polygon.groups[g].name);
+            s += ", \"indices\": [";
+            for (std::size_t i = 0; i < polygon.groups[g].indices.size(); ++i) {
+                if (i > 0) s += ", ";
+                AppendInt(s, polygon.groups[g].indices[i]);
+            }
+            s += "]}";
+        }
+        s += "]}";
+    }
+    s += file.polygons.empty() ? "]\n}\n" : "\n  ]\n}\n";
+    out << s;
+}

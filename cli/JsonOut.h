@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/oif.h"
+#include "exchange/RAVOps.h"
 
 // The shortest decimal text that reads back to the same float. JSON has no NaN or infinity, so
 // those print as null rather than as a number that would misstate the file.
@@ -21,3 +22,7 @@ std::string JsonDocumentText(std::string_view cp1252);
 // Writes the document in the layout of the dump verb. Output is streamed, because a stadium
 // can run to hundreds of megabytes of JSON.
 void WriteOIFJson(std::ostream& out, const OIFFile& doc);
+
+// Writes RAV text as the dump-rav verb prints it: version, then each polygon's name, vertices
+// in the layout of the dump verb, and groups with their names and indices.
+void WriteRAVJson(std::ostream& out, const RAVFile& file);

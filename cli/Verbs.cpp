@@ -11,6 +11,8 @@
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/binaryOps.h"
+#include "exchange/RAVOps.h"
+#include "exchange/RhinoScriptOps.h"
 #include "preview/VRMLOps.h"
 #include "shell/ImportOps.h"
 #include "shell/fileOps.h"
@@ -26,6 +28,20 @@ int Dump(const std::string& path) {
     // A full disk or a closed pipe must not pass for a complete dump.
     if (!std::cout) throw std::runtime_error("Cannot write the JSON to the standard output.");
     return ExitDone;
+}
+
+int DumpRAV(const std::string& path) {
+    bool ok = false;
+    const RAVFile file = ReadRAVFile(path, &ok);
+    if (!ok) return ExitFailed;
+    WriteRAVJson(std::cout, file);
+    std::cout.flush();
+    if (!std::cout) throw std::runtime_error("Cannot write the JSON to the standard output.");
+    return ExitDone;
+}
+
+int RAVScript(const std::string& rav, const std::string& script, const std::string& texturePath) {
+    return makescript(rav, script, texturePath) ? ExitDone : ExitFailed;
 }
 
 int Resave(const std::string& in, const std::string& out) {
@@ -184,6 +200,22 @@ void DeclareResave(CLI::App& verb, CliDesktop&, VerbWork& run) {
     verb.callback([in, out, &run] { run = [in, out] { return Resave(*in, *out); }; });
 }
 
+void DeclareDumpRAV(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto path = std::make_shared<std::string>();
+    verb.add_option("FILE.txt", *path, "The RAV exported text to print")->required();
+    verb.callback([path, &run] { run = [path] { return DumpRAV(*path); }; });
+}
+
+void DeclareRAVScript(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto rav = std::make_shared<std::string>();
+    auto script = std::make_shared<std::string>();
+    auto texturePath = std::make_shared<std::string>();
+    verb.add_option("RAV.txt", *rav, "The RAV exported text of the crowd rows")->required();
+    verb.add_option("SCRIPT.txt", *script, "The Rhinoceros script to write")->required();
+    verb.add_option("TEXPATH", *texturePath, "What texture file names start with, e.g. /textures/")->required();
+    verb.callback([=, &run] { run = [=] { return RAVScript(*rav, *script, *texturePath); }; });
+}
+
 }  // namespace
 
 const std::vector<Verb>& Verbs() {
@@ -194,6 +226,9 @@ const std::vector<Verb>& Verbs() {
         {"merge", "DOC [--crowd-only] -o OUT", "Merge parts with the same texture", DeclareMerge},
         {"previews", "DOC.oif DIR [--hide LIST]", "Write the four textured preview files into DIR", DeclarePreviews},
         {"wire", "DOC.oif OUT.wrl [--hide LIST] [--vertex P:V]", "Write the wireframe preview", DeclareWire},
+        {"dump-rav", "FILE.txt", "Print RAV exported text as JSON", DeclareDumpRAV},
+        {"rav-script", "RAV.txt SCRIPT.txt TEXPATH", "Write the Rhinoceros script of a RAV export, as the RAV Convertor does",
+         DeclareRAVScript},
     };
     return verbs;
 }
