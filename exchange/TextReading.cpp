@@ -1,6 +1,5 @@
 #include "exchange/TextReading.h"
 
-#include <cfloat>
 #include <cmath>
 
 #include "core/Cp1252.h"
@@ -41,7 +40,10 @@ std::vector<std::string_view> SplitFields(std::string_view text, char separator,
 }
 
 float SingleValue(double value, std::size_t line) {
-    if (std::fabs(value) > FLT_MAX)
+    // Up to half a step above the largest single value, a value still rounds to it: the shortest
+    // text of that value, "3.4028235E+38", lies there.
+    constexpr double Beyond = 0x1.ffffffp127;
+    if (!(std::fabs(value) < Beyond))
         throw TextRefusal("Line " + std::to_string(line) + ": " + DoubleText(value) + " is too large for a number of the file.");
     return static_cast<float>(value);
 }

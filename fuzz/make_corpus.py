@@ -2,10 +2,12 @@
 """Writes the seed corpus of every fuzz target into fuzz/corpus/<target>/.
 
 The seeds are small files made here from the file layout, one per shape worth starting from.
-Run it again after changing a seed; it rewrites the folders from scratch."""
+Run it again after changing a seed; it rewrites the folders from scratch. Name targets
+(`make_corpus.py fuzz_rav fuzz_csv`) to rewrite only theirs."""
 import pathlib
 import shutil
 import struct
+import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 CORPUS = HERE / "corpus"
@@ -90,8 +92,54 @@ def number_seeds():
     yield "double_max", struct.pack("<d", 1.7976931348623157e308)
 
 
+def lines(*rows: str, end: str = "\r\n") -> bytes:
+    return "".join(row + end for row in rows).encode("cp1252")
+
+
+def rav_row(name: str, group: str, x: float, uvs=((1, 0), (1, 1), (0, 1), (0, 0))) -> list:
+    """A crowd row polygon in the exporter's layout: 4 vertices and one group."""
+    corners = [(x + 200, 0, 0), (x + 200, 100, 50), (x, 100, 50), (x, 0, 0)]
+    return ([f"[Polygon {name}]", f"Name={name}", "NumVert=4"]
+            + [f"  {c[0]:g},{c[1]:g},{c[2]:g},{uv[0]:g},{uv[1]:g},FFFFFF" for c, uv in zip(corners, uvs)]
+            + ["NumGrps=1", f"Group1={group}", "NumIdx=4", "Indices=0,1,2,3"])
+
+
+def rav_seeds():
+    empty = ["Version=1", "NumPoly=1", "[Polygon 0]", "Name=", "NumVert=0", "NumGrps=0"]
+    yield "count_one.txt", lines(*empty)
+    rows = (rav_row("r1", "rowa", 0) + rav_row("r2", "rowb", 300) + rav_row("r3", "adba", -1234.56)
+            + rav_row("flat", "rowc", 10, uvs=((0, 0),) * 4))
+    head = ["Version=1", "NumPoly=5"] + empty[2:]
+    yield "rows.txt", lines(*head, *rows)
+    yield "rows_lf.txt", lines(*head, *rows, end="\n")
+    yield "general.txt", lines(
+        "Version=2", "Polygons=2", "[P0]", "Name=Stand=North \u00e9", "Vertices=3",
+        "  100,-50.5,0,0.25,1,FF", "1e3,2,3,0,0,abcdef,extra", "7,8,9,1,0,123456", "Groups=2",
+        "Group=rowa", "Count=4", "List=0,1,2,1", "Group=", "Count=0", "List=",
+        "[P1]", "Name=", "Vertices=-1", "Groups=1", "Group=x", "Count=2.5", "List=2,-1,7")
+    yield "short.txt", lines("Version=1", "Polygons=3", "[P0]", "Name=a", "Vertices=2", "1,2,3,4,5,FF")
+    yield "large_numbers.txt", lines("Version=1", "Polygons=1", "[P0]", "Name=a", "Vertices=1",
+                                     "3.4028235e38,-1e39,32767.5,0,0,FFFFFF", "Groups=32767")
+
+
+def csv_seeds():
+    def row(*cells):
+        return ",".join(f'"{c}"' for c in cells)
+    head = row("Name", "Kind", "Object Type", "Layer")
+    points = [row("P", "point", f"{i},{i * 2},{-i}", "Default") for i in range(9)]
+    yield "points.csv", lines(head, *points)
+    yield "mixed.csv", lines(head, row("C", "curve", "1,2,3", "L"), row("P", "point", "", "L"),
+                             row("P", "Point", "1,2,3", "L"), *points[:5])
+    yield "no_type.csv", lines(row("Object Type", "Kind"), row("1,2,3", "point"))
+    yield "ragged.csv", lines(head, row("P", "point", "1,2,3"), row("P", "point", "1,2", "L", "x"))
+    yield "unquoted.csv", lines(head, 'P,"point","1,2,3","L"') + b'"P","point","4,5'
+
+
 def main():
-    for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds)]:
+    for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds),
+                          ("fuzz_rav", rav_seeds), ("fuzz_csv", csv_seeds)]:
+        if len(sys.argv) > 1 and target not in sys.argv[1:]:
+            continue
         folder = CORPUS / target
         shutil.rmtree(folder, ignore_errors=True)
         folder.mkdir(parents=True)

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ std::string Lines(const std::vector<std::string>& lines, const char* end = "\r\n
 std::string GoodRAV() {
     std::string text = Lines({"Version=2", "Polygons=2",
                   "[Polygon 0]", "Name=Stand=North", "Vertices=3",
-                  "  100,-50.5,0,0.25,1,FF", "  1e3,2,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
+                  "  100,-50.5,0,0.25,1,FF", "  1e3,3.4028235e38,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
                   "Groups=2",
                   "Group=rowa", "Count=4", "List=0,1,2,1",
                   "Group=", "Count=0", "List=",
@@ -63,7 +64,8 @@ TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
     EXPECT_EQ(a.name, "Stand=North") << "the value starts after the first equals sign";
     ASSERT_EQ(a.vertices.size(), 3u);
     EXPECT_EQ(a.vertices[0], (OIFVertex{100, -50.5f, 0, 0x0000FFFFu, 0.25f, 1}));
-    EXPECT_EQ(a.vertices[1], (OIFVertex{1000, 2, 3, 0x000000FFu, 0, 0})) << "abcdef is 0; the seventh field is ignored";
+    EXPECT_EQ(a.vertices[1], (OIFVertex{1000, FLT_MAX, 3, 0x000000FFu, 0, 0}))
+        << "abcdef is 0; the seventh field is ignored; the shortest text of the largest single value reads as it";
     EXPECT_EQ(a.vertices[2].Shadow, 0x123456FFu);
     ASSERT_EQ(a.groups.size(), 2u);
     EXPECT_EQ(a.groups[0].name, "rowa");
