@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/myOps.h"
 
 namespace {
 
@@ -16,13 +17,6 @@ constexpr std::size_t VertexSize = 24;
 // On a little-endian host the vertex records of the file are the in-memory vertices.
 constexpr bool BlockCopy = std::endian::native == std::endian::little && sizeof(OIFVertex) == VertexSize &&
                            sizeof(float) == 4;
-
-std::string TrimBlanks(std::string_view text) {
-    std::size_t first = 0, last = text.size();
-    while (first < last && text[first] == ' ') ++first;
-    while (last > first && text[last - 1] == ' ') --last;
-    return std::string(text.substr(first, last - first));
-}
 
 void ReadVertices(const ByteBuffer& b, std::size_t pos, std::vector<OIFVertex>& out) {
     if constexpr (BlockCopy) {

@@ -9,6 +9,13 @@ int NumericKeyFilter(int key, const std::string& field) {
     return 0;
 }
 
+std::string TrimBlanks(std::string_view text) {
+    std::size_t first = 0, last = text.size();
+    while (first < last && text[first] == ' ') ++first;
+    while (last > first && text[last - 1] == ' ') --last;
+    return std::string(text.substr(first, last - first));
+}
+
 double Pi() { return 4 * std::atan(1.0); }
 
 double DegToRad(double degrees) { return Pi() * degrees / 180; }

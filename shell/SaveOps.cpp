@@ -30,14 +30,18 @@ bool WriteReported(const ByteBuffer& bytes, const std::string& path) {
 }
 }  // namespace
 
+std::string ReplaceFileQuestion(const std::string& path) {
+    return path + " already exists.   \r\nDo you want to replace it?   ";
+}
+
 void exportoif() {
     std::string path;
     for (;;) {
         path = TheDesktop().SaveFile(ExportTitle, ExportFilter, "", "");
         if (Trim(path).empty()) return;
         if (!FileExists(path)) break;
-        const MessageAnswer answer = AskQuestion(path + " already exists.   \r\nDo you want to replace it?   ",
-                                                 MessageButtons::YesNo, MessageIcon::Exclamation, "Save As");
+        const MessageAnswer answer =
+            AskQuestion(ReplaceFileQuestion(path), MessageButtons::YesNo, MessageIcon::Exclamation, "Save As");
         if (answer == MessageAnswer::Yes) break;
     }
     const std::string extension = FileExtension(path);
