@@ -10,57 +10,35 @@
 
 namespace {
 
-std::string Lines(const std::vector<std::string>& lines, const char* end = "\r\n") {
+std::string Lines(const std::vector<std::string>& lines) {
     std::string text;
-    for (const std::string& line : lines) text += line + end;
+    for (const std::string& line : lines) text += line + "\r\n";
     return text;
 }
 
-// Two polygons as an exporter might write them, with the quirks the reader must take: indented
-// vertex lines, a seventh vertex field, a name holding an equals sign, lower-case colour digits,
-// a fractional count and LF line ends in the middle of CR LF ones.
+// Two polygons with the quirks the reader must take: indented vertex lines, a seventh vertex
+// field, a name holding an equals sign, lower-case colour digits, a fractional count, an LF line
+// end among CR LF ones, and lines after the last polygon.
 std::string GoodRAV() {
-    std::string text = Lines({"Version=2", "Polygons=2",
-                  "[Polygon 0]", "Name=Stand=North", "Vertices=3",
-                  "  100,-50.5,0,0.25,1,FF", "  1e3,3.4028235e38,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
-                  "Groups=2",
-                  "Group=rowa", "Count=4", "List=0,1,2,1",
-                  "Group=", "Count=0", "List=",
-                  "[Polygon 1]", "Name=", "Vertices=0", "Groups=1",
-                  "Group=adba", "Count=2.5", "List=2,-1,7"}) +
-                       "[tail]\r\nnot looked at\r\n";
+    std::string text = Lines({"Version=2", "Polygons=2", "[Polygon 0]", "Name=Stand=North", "Vertices=3",
+                              "  100,-50.5,0,0.25,1,FF", "  1e3,3.4028235e38,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
+                              "Groups=2", "Group=rowa", "Count=4", "List=0,1,2,1", "Group=", "Count=0", "List=",
+                              "[Polygon 1]", "Name=", "Vertices=0", "Groups=1", "Group=adba", "Count=2.5",
+                              "List=2,-1,7", "[tail]", "not looked at"});
     text.replace(text.find("Groups=2\r\n") + 8, 2, "\n");
     return text;
 }
 
-std::string CSV(const std::vector<std::string>& rows) { return Lines(rows); }
-
-std::string PointRow(const std::string& location) {
-    return "\"Point\",\"point\",\"" + location + "\",\"Default\"";
-}
-
-std::string Refusal(std::string_view rav) {
-    const RAVParse p = ParseRAV(rav);
-    EXPECT_EQ(p.file, RAVFile{}) << "a refused file leaves nothing behind";
-    return p.error;
-}
-
-std::string CSVRefusal(std::string_view csv) {
-    const PointTableParse p = ParsePointTable(csv);
-    EXPECT_EQ(p.quads, PolygonPart{});
-    return p.error;
-}
+std::string PointRow(const std::string& location) { return "\"Point\",\"point\",\"" + location + "\",\"Default\""; }
 
 }  // namespace
 
 TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
     const RAVParse p = ParseRAV(GoodRAV());
     ASSERT_EQ(p.error, "");
-    const RAVFile& f = p.file;
-    EXPECT_EQ(f.version, 2);
-    ASSERT_EQ(f.polygonCount, 2);
-    ASSERT_EQ(f.polygons.size(), 2u);
-    const RAVPolygon& a = f.polygons[0];
+    EXPECT_EQ(p.file.version, 2);
+    ASSERT_EQ(p.file.polygons.size(), 2u);
+    const RAVPolygon& a = p.file.polygons[0];
     EXPECT_EQ(a.name, "Stand=North") << "the value starts after the first equals sign";
     ASSERT_EQ(a.vertices.size(), 3u);
     EXPECT_EQ(a.vertices[0], (OIFVertex{100, -50.5f, 0, 0x0000FFFFu, 0.25f, 1}));
@@ -70,21 +48,16 @@ TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
     ASSERT_EQ(a.groups.size(), 2u);
     EXPECT_EQ(a.groups[0].name, "rowa");
     EXPECT_EQ(a.groups[0].indices, (std::vector<std::int16_t>{0, 1, 2, 1}));
-    EXPECT_EQ(a.groups[1].indexCount, 0);
     EXPECT_TRUE(a.groups[1].indices.empty());
-    const RAVPolygon& b = f.polygons[1];
-    EXPECT_EQ(b.vertexCount, 0);
+    const RAVPolygon& b = p.file.polygons[1];
     EXPECT_TRUE(b.vertices.empty());
     ASSERT_EQ(b.groups.size(), 1u);
     EXPECT_EQ(b.groups[0].indexCount, 2) << "2.5 rounds to even";
     EXPECT_EQ(b.groups[0].indices, (std::vector<std::int16_t>{2, -1}));
-}
 
-TEST(ReadRAV, PolygonCountOfZeroOrLessIgnoresTheRest) {
     for (const char* count : {"0", "-3", "nothing"}) {
-        const RAVParse p = ParseRAV(Lines({"Version=1", std::string("Polygons=") + count, "garbage"}));
-        EXPECT_EQ(p.error, "") << count;
-        EXPECT_TRUE(p.file.polygons.empty()) << count;
+        const RAVParse none = ParseRAV(Lines({"Version=1", std::string("Polygons=") + count, "garbage"}));
+        EXPECT_TRUE(none.error.empty() && none.file.polygons.empty()) << count << ": the rest is not looked at";
     }
 }
 
@@ -92,11 +65,9 @@ TEST(HexToLong, ReadsCapitalDigitsFromTheRightAndRefusesOverflow) {
     EXPECT_EQ(HexToLong("FF"), 255);
     EXPECT_EQ(HexToLong("abcdef"), 0);
     EXPECT_EQ(HexToLong("1a"), 16) << "a lower-case letter counts 0 in its place";
-    EXPECT_EQ(HexToLong(""), 0);
-    EXPECT_EQ(HexToLong("7FFFFFFF"), 0x7FFFFFFF);
     EXPECT_EQ(HexToLong("0000000000FF"), 255) << "zeros far to the left add nothing";
+    EXPECT_EQ(HexToLong("7FFFFFFF"), 0x7FFFFFFF);
     EXPECT_EQ(HexToLong("80000000"), std::nullopt);
-    EXPECT_EQ(HexToLong("100000000"), std::nullopt);
 }
 
 TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {
@@ -117,30 +88,22 @@ TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {
         {head + group + "Count=1\r\n" + list + "\r\n", "Line 9: an index list holds at most 1000 indices."},
         {head + group + "Count=1\r\nList=40000\r\n", "Line 9: 40000 does not fit in 16 bits."},
     };
-    for (const auto& [file, reason] : cases) EXPECT_EQ(Refusal(file), "Invalid RAV file!\r\n\r\n" + reason) << file;
-}
-
-TEST(ReadRAV, EveryPrefixOfAGoodFileIsReadOrRefusedWithAMessage) {
-    const std::string good = GoodRAV();
-    for (std::size_t n = 0; n <= good.size(); ++n) {
-        const RAVParse p = ParseRAV(std::string_view(good).substr(0, n));
-        if (p.error.empty()) continue;
-        EXPECT_EQ(p.error.rfind("Invalid RAV file!\r\n\r\n", 0), 0u) << n;
-        EXPECT_EQ(p.file, RAVFile{}) << n;
+    for (const auto& [file, reason] : cases) {
+        const RAVParse p = ParseRAV(file);
+        EXPECT_EQ(p.error, "Invalid RAV file!\r\n\r\n" + reason) << file;
+        EXPECT_EQ(p.file, RAVFile{}) << "a refused file leaves nothing behind";
     }
 }
 
 TEST(ReadPointTable, MakesQuadsOfPointRowsWithTheRhinocerosAxes) {
-    // Seven points: the last three make no quad. A row of another type, an empty location and a
-    // point word that is not exactly "point" are passed over.
-    std::vector<std::string> rows = {"\"Name\",\"Kind\",\"Object Type\",\"Layer\""};
-    rows.push_back(PointRow("1,2,3"));
-    rows.push_back("\"Curve\",\"curve\",\"9,9,9\",\"Default\"");
-    rows.push_back(PointRow(""));
-    rows.push_back("\"Point\",\"Point\",\"9,9,9\",\"Default\"");
+    // Seven points, so the last three make no quad; a row of another type, an empty location and
+    // a type word that is not exactly "point" are passed over.
+    std::vector<std::string> rows = {"\"Name\",\"Kind\",\"Object Type\",\"Layer\"", PointRow("1,2,3"),
+                                     "\"Curve\",\"curve\",\"9,9,9\",\"Default\"", PointRow(""),
+                                     "\"Point\",\"Point\",\"9,9,9\",\"Default\""};
     for (const char* p : {"-1.5,0.25,10,junk", "0,0,0", "4,5,6", "7,8,9", "10,11,12", "13,14,15"})
         rows.push_back(PointRow(p));
-    const PointTableParse p = ParsePointTable(CSV(rows));
+    const PointTableParse p = ParsePointTable(Lines(rows));
     ASSERT_EQ(p.error, "");
     EXPECT_EQ(p.quads.Count, 1);
     ASSERT_EQ(p.quads.Vertices.size(), 4u);
@@ -163,21 +126,27 @@ TEST(ReadPointTable, RefusesTablesItCannotReadSafely) {
         {head + "\"a\",\"point\",\"1,2\"\r\n", "Line 2: the point \"1,2\" has fewer than three coordinates."},
         {head + "\"a\",\"point\",\"1e37,0,0\"\r\n", "Line 2: 1E+39 is too large for a number of the file."},
     };
-    for (const auto& [file, reason] : cases) EXPECT_EQ(CSVRefusal(file), "Invalid CSV file!\r\n\r\n" + reason) << file;
+    for (const auto& [file, reason] : cases) {
+        const PointTableParse p = ParsePointTable(file);
+        EXPECT_EQ(p.error, "Invalid CSV file!\r\n\r\n" + reason) << file;
+        EXPECT_EQ(p.quads, PolygonPart{});
+    }
 }
 
-TEST(ReadPointTable, EveryPrefixOfAGoodTableIsReadOrRefusedWithAMessage) {
+TEST(RAVAndCSV, EveryPrefixOfAGoodFileIsReadOrRefusedWithAMessage) {
+    const std::string rav = GoodRAV();
+    for (std::size_t n = 0; n <= rav.size(); ++n) {
+        const RAVParse p = ParseRAV(std::string_view(rav).substr(0, n));
+        EXPECT_TRUE(p.error.empty() || p.error.rfind("Invalid RAV file!\r\n\r\n", 0) == 0) << n;
+    }
     std::vector<std::string> rows = {"\"Name\",\"Kind\",\"Object Type\""};
     for (int i = 0; i < 9; ++i) rows.push_back("\"P\",\"point\",\"" + std::to_string(i) + ",1,2\"");
-    const std::string good = CSV(rows);
-    ASSERT_EQ(ParsePointTable(good).error, "");
-    for (std::size_t n = 0; n <= good.size(); ++n) {
-        const PointTableParse p = ParsePointTable(std::string_view(good).substr(0, n));
-        if (p.error.empty()) {
-            EXPECT_EQ(p.quads.Vertices.size(), 4u * static_cast<std::size_t>(p.quads.Count)) << n;
-            continue;
-        }
-        EXPECT_EQ(p.error.rfind("Invalid CSV file!\r\n\r\n", 0), 0u) << n;
+    const std::string csv = Lines(rows);
+    for (std::size_t n = 0; n <= csv.size(); ++n) {
+        const PointTableParse p = ParsePointTable(std::string_view(csv).substr(0, n));
+        EXPECT_TRUE(p.error.empty() ? p.quads.Vertices.size() == 4u * static_cast<std::size_t>(p.quads.Count)
+                                    : p.error.rfind("Invalid CSV file!\r\n\r\n", 0) == 0)
+            << n;
     }
 }
 
@@ -186,19 +155,14 @@ TEST(ReadRAVFile, ReportsARefusalInABoxAndGivesNothing) {
     ScriptedDesktop desktop;
     WriteFile(dir.file("good.txt"), Bytes().raw(GoodRAV()).data);
     WriteFile(dir.file("short.txt"), Bytes().raw("Version=1\r\nPolygons=1\r\n").data);
-    WriteFile(dir.file("table.csv"), Bytes().raw("\"Object Type\"\r\n").data);
     bool ok = false;
     EXPECT_EQ(ReadRAVFile(dir.file("good.txt"), &ok).polygons.size(), 2u);
-    EXPECT_TRUE(ok);
-    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_TRUE(ok && desktop.messages.empty());
     EXPECT_EQ(ReadRAVFile(dir.file("short.txt"), &ok), RAVFile{});
     EXPECT_FALSE(ok);
-    EXPECT_EQ(ReadPointTable(dir.file("table.csv"), &ok), PolygonPart{});
-    EXPECT_FALSE(ok);
-    ASSERT_EQ(desktop.messages.size(), 2u);
+    ASSERT_EQ(desktop.messages.size(), 1u);
     EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
     EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
-    EXPECT_EQ(desktop.messages[1].text.rfind("Invalid CSV file!", 0), 0u);
     EXPECT_THROW(ReadRAVFile(dir.file("missing.txt")), std::runtime_error);
 }
 
@@ -208,8 +172,7 @@ TEST(ChooseQuadCorners, TakesStrictWinnersAndTheEqualUExceptions) {
         QuadCorners corners;
     };
     const Case cases[] = {
-        // A crowd row as the 3DS import lays it out.
-        {{1, 1, 0, 0}, {0, 1, 1, 0}, {1, 2, 3, 0}},
+        {{1, 1, 0, 0}, {0, 1, 1, 0}, {1, 2, 3, 0}},  // a crowd row as the 3DS import lays it out
         // Equal u of the last two: the earlier one is C ...
         {{0, 1, 0, 0.5f}, {0, 1, 0.1f, 0.9f}, {1, 3, 0, 2}},
         {{1, 0, 0, 0.5f}, {1, 0, 0.1f, 0.9f}, {0, 3, 1, 2}},
@@ -223,7 +186,6 @@ TEST(ChooseQuadCorners, TakesStrictWinnersAndTheEqualUExceptions) {
     };
     for (const Case& c : cases) {
         const QuadCorners k = ChooseQuadCorners(c.u, c.v);
-        EXPECT_EQ(k, c.corners) << "got " << k.A << k.B << k.C << k.D << " for u " << c.u[0] << "," << c.u[1] << ","
-                                << c.u[2] << "," << c.u[3];
+        EXPECT_EQ(k, c.corners) << "got " << k.A << k.B << k.C << k.D << " for u " << c.u[0] << c.u[1] << c.u[2] << c.u[3];
     }
 }

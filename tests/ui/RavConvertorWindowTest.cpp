@@ -1,7 +1,6 @@
 // The RAV Convertor: the browse buttons and the enable rule of "&Ok", what "&Ok" does with a
 // good export, a refused one and a missing choice, and its help page.
 #include <QAction>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -48,30 +47,23 @@ private slots:
     void browseButtonsFillTheBoxesAndOkWaitsForAllThree() {
         rhinoravconv w;
         QCOMPARE(w.windowTitle(), QString("Rhino Tools | RAV Convertor"));
-        QStringList labels;
-        for (QLabel* l : w.findChildren<QLabel*>()) labels << l->text();
-        QCOMPARE(labels, (QStringList{"RAV Exported Text:", "Texture Path:", "Export Rhinoscript:"}));
         QVERIFY(!w.okbut()->isEnabled());
-
-        desktop_->dialogAnswers = {"/data/stand.txt", "/data/tex", "", "/data/out"};
+        // The third answer cancels the first script dialog; the last folder already ends in "/".
+        desktop_->dialogAnswers = {"/data/stand.txt", "/data/tex", "", "/data/out", "/data/tex/"};
         QTest::mouseClick(w.ravbut(), Qt::LeftButton);
-        QCOMPARE(w.ravbox()->text(), QString("/data/stand.txt"));
-        QVERIFY(!w.okbut()->isEnabled());
         QTest::mouseClick(w.texbut(), Qt::LeftButton);
         QCOMPARE(w.texbox()->text(), QString("/data/tex/"));
-        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);  // cancelled
+        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
         QVERIFY(w.rhinobox()->text().isEmpty());
         QVERIFY(!w.okbut()->isEnabled());
         QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
-        QCOMPARE(w.rhinobox()->text(), QString("/data/out.txt"));
         QVERIFY(w.okbut()->isEnabled());
-        QCOMPARE(desktop_->dialogTitles, (std::vector<std::string>{"Export RAV Text file...", "Select texture path...",
-                                                                   "Save RhinoScipt...", "Save RhinoScipt..."}));
-
-        // A folder that already ends in its separator gets no second one.
-        desktop_->dialogAnswers = {"/data/tex/"};
         QTest::mouseClick(w.texbut(), Qt::LeftButton);
-        QCOMPARE(w.texbox()->text(), QString("/data/tex/"));
+        QCOMPARE((QStringList{w.ravbox()->text(), w.texbox()->text(), w.rhinobox()->text()}),
+                 (QStringList{"/data/stand.txt", "/data/tex/", "/data/out.txt"}));
+        QCOMPARE(desktop_->dialogTitles,
+                 (std::vector<std::string>{"Export RAV Text file...", "Select texture path...", "Save RhinoScipt...",
+                                           "Save RhinoScipt...", "Select texture path..."}));
     }
 
     void okWritesTheScriptAndClosesTheWindow() {
@@ -88,7 +80,6 @@ private slots:
         QVERIFY(driven);
         QVERIFY(!QApplication::activeModalWidget());
         QCOMPARE(ReadText(script), RhinoScriptText(OneRow, folder_->file("tex") + "/").text);
-        QVERIFY(ReadText(script).find("/tex/rwa0.bmp\r\n") != std::string::npos);
         QVERIFY(desktop_->messages.empty());
     }
 
