@@ -6,7 +6,9 @@
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "exchange/RAVOps.h"
 #include "exchange/mdl3DS.h"
+#include "preview/VRMLOps.h"
 #include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
@@ -56,6 +58,36 @@ bool ImportByExtension(const std::string& path) {
     if (extension == "3ds") return import3ds(path);
     ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
     return false;
+}
+
+bool importcsv(const std::string& path) {
+    bool ok = false;
+    const PolygonPart quads = ReadPointTable(path, &ok);
+    if (!ok) return false;
+    CurrentProject.OIF = AddPart(MakePartFromQuads(quads), CurrentProject.OIF);
+    WriteWirePreview(CurrentProject.OIF.Parts, CurrentProject.Scene, TheViews().Selection());
+    return true;
+}
+
+bool importcsvtopolygonpart(const std::string& path) {
+    bool ok = false;
+    const PolygonPart quads = ReadPointTable(path, &ok);
+    if (!ok) return false;
+    CurrentProject.Polygons = AddPolygonPart(quads, CurrentProject.Polygons);
+    WriteQuadPreview(CurrentProject.Polygons.Items, CurrentProject.Scene);
+    return true;
+}
+
+void importpolygonpart() {
+    std::string path;
+    do {
+        path = TheDesktop().OpenFile(ImportTitle, PolygonImportFilter, "", "");
+        if (path.empty()) return;
+    } while (!FileExists(path));
+    if (FileExtension(path) == "csv")
+        importcsvtopolygonpart(path);
+    else
+        ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
 }
 
 void importfile() {

@@ -121,3 +121,44 @@ TEST_F(Importing, A3DSModelBecomesOneNewPartAndADamagedOneChangesNothing) {
     EXPECT_NE(m.desktop.messages[0].text.find("damaged"), std::string::npos);
     EXPECT_EQ(views.rebuilt, 1);
 }
+
+namespace {
+// Eight points of a Rhinoceros table: two quads, then one point too many that is dropped.
+std::string PointTable() {
+    std::string t = "\"Name\",\"Kind\",\"Object Type\"\r\n";
+    for (int i = 0; i < 9; ++i) t += "\"p" + std::to_string(i) + "\",\"point\",\"" + std::to_string(i) + ",0.5,2\"\r\n";
+    return t;
+}
+}  // namespace
+
+TEST_F(Importing, PointTablesBecomeAQuadPartOrJoinThePolygonList) {
+    m.Text(m.dir.file("rows.csv"), PointTable());
+    ASSERT_TRUE(importcsv(m.dir.file("rows.csv")));
+    ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 2);
+    const OIFPart& quads = CurrentProject.OIF.Parts[1];
+    ASSERT_EQ(quads.Vertices.size(), 8u);
+    EXPECT_EQ(quads.Vertices[0].X, 100.0f) << "V1 of the first quad comes first";
+    EXPECT_EQ(quads.Vertices[0].Y, 200.0f);
+    EXPECT_EQ(quads.Vertices[0].Z, 50.0f);
+    EXPECT_TRUE(fs::exists(TempFolder() + "/stad1.wrl"));
+
+    const OIFFile before = CurrentProject.OIF;
+    m.desktop.dialogAnswers = {m.dir.file("gone.csv"), m.dir.file("rows.csv"), m.dir.file("rows.csv"), ""};
+    importpolygonpart();
+    importpolygonpart();
+    importpolygonpart();
+    EXPECT_EQ(CurrentProject.Polygons.Count, 2);
+    EXPECT_EQ(CurrentProject.Polygons.Items[1].Count, 2);
+    EXPECT_EQ(CurrentProject.OIF, before) << "the polygon list is not the document";
+    EXPECT_TRUE(fs::exists(AppFolder + "/stad2.wrl"));
+
+    m.Text(m.dir.file("model.txt"), "x");
+    m.Text(m.dir.file("bad.csv"), "\"Name\",\"Kind\"\r\n\"a\",\"point\"\r\n");
+    m.desktop.dialogAnswers = {m.dir.file("model.txt")};
+    importpolygonpart();
+    EXPECT_FALSE(importcsv(m.dir.file("bad.csv")));
+    ASSERT_EQ(m.desktop.messages.size(), 2u);
+    EXPECT_EQ(m.desktop.messages[0].text, "File type not supported!");
+    EXPECT_NE(m.desktop.messages[1].text.find("Object Type"), std::string::npos);
+    EXPECT_EQ(CurrentProject.OIF, before);
+}
