@@ -1,5 +1,7 @@
 #include "shell/ui/FrameViews.h"
 
+#include <algorithm>
+
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -40,10 +42,50 @@ vornselectobj* FrameViews::selectobj() {
     return selectobj_;
 }
 
+vornoifform* FrameViews::existingOifform() const { return vornoifform::existing(); }
+
+vornoifform* FrameViews::oifform() {
+    if (!existingOifform()) {
+        auto* form = new vornoifform;
+        QMdiSubWindow* sub = area_->addSubWindow(form);
+        sub->setAttribute(Qt::WA_DeleteOnClose);
+        form->setAttribute(Qt::WA_DeleteOnClose);
+        sub->hide();
+    }
+    return existingOifform();
+}
+
+void FrameViews::showoifform() {
+    const bool fresh = !existingOifform();
+    vornoifform* form = oifform();
+    if (fresh) form->fillFromDocument();
+    QWidget* frame = form->parentWidget();
+    if (frame->isHidden()) {
+        frame->resize(frame->sizeHint());
+        frame->move(std::max(0, area_->width() - frame->width()), 0);
+    }
+    frame->show();
+    frame->raise();
+}
+
+void FrameViews::hideoifform() {
+    if (vornoifform* form = existingOifform()) form->parentWidget()->hide();
+}
+
 void FrameViews::RefreshPartsList() {
     TheDesktop().ShowLoading("Loading OIF parts interface...");
     selectobj()->fillFromDocument();
+    if (vornoifform* form = existingOifform()) form->fillFromDocument();
     TheDesktop().HideLoading();
+}
+
+PreviewSelection FrameViews::Selection() {
+    PreviewSelection selection{SelectedParts(), -1, -1};
+    if (vornoifform* form = existingOifform()) {
+        selection.part = form->selectedPart();
+        selection.vertex = form->selectedVertex();
+    }
+    return selection;
 }
 
 void FrameViews::showselectobj() {

@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "core/Views.h"
+#include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
 
 class QMdiArea;
@@ -17,8 +18,8 @@ public:
     FrameViews(const FrameViews&) = delete;
     FrameViews& operator=(const FrameViews&) = delete;
 
-    // Reloads objectbox from CurrentProject with every row selected. The lists of the OIF
-    // Editor join here when that window exists.
+    // Reloads objectbox from CurrentProject with every row selected, and the OIF Editor, when it
+    // is open, with its first part selected.
     void RefreshPartsList() override;
     // With "Terramason"/"Previews" at "1": the start views, their files rebuilt, and the four
     // preview windows laid out right of the parts list and shown. Otherwise nothing.
@@ -30,6 +31,8 @@ public:
     void showselectobj() override;
     // The rows selected in objectbox; none while the list does not exist.
     std::vector<bool> SelectedParts() override;
+    // With the part and vertex selected in the OIF Editor, for the wireframe's vertex marker.
+    PreviewSelection Selection() override;
     void ReleaseView(const std::string& description) override;
     void LoadView(const std::string& description, const std::string& path) override;
     // Loads the file into "Stadium Preview", a child of the frame, and shows it.
@@ -40,6 +43,14 @@ public:
     vornselectobj* selectobj();
     // The parts list if it exists, else null.
     vornselectobj* existingSelectobj() const;
+
+    // The OIF Editor, made hidden the first time it is touched and again after it was closed.
+    // Until it is shown nothing touches it: a closed editor costs a refresh nothing.
+    vornoifform* oifform();
+    vornoifform* existingOifform() const;
+    // Shows the OIF Editor at the top right of the frame; a new one is filled first.
+    void showoifform();
+    void hideoifform();
 
 private:
     // The frame of w inside the area, made the first time; a window made elsewhere (the Options

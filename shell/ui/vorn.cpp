@@ -28,7 +28,11 @@
 #include "shell/ui/VORNOptions.h"
 #include "shell/ui/vornabout.h"
 #include "shell/ui/vornnewproj.h"
+#include "editors/TextureManagerOps.h"
+#include "editors/ui/texturename.h"
+#include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
+#include "editors/ui/vorntexture.h"
 #include "exchange/ui/rhinoravconv.h"
 
 namespace {
@@ -332,12 +336,16 @@ void vorn::createnew(int index, const std::string& name) {
     GuardedRun("Making the project", [&] { CurrentProject = MakeProject(CurrentProject, index, name); });
     // MakeProject leaves the parts list to the windows; it is filled here, before they open.
     TheViews().RefreshPartsList();
+    // A new project opens the Texture Manager (hidden) on its first texture, image and points.
+    vorntexture* textures = vorntexture::window(this);
+    textures->handlers().setRow(textures->texturebox(), 0);
     refreshTitle();
     for (const MenuCommand& c : MenuCommands)
         if (c.state & Project) menuAction(QString::fromUtf8(c.caption))->setEnabled(true);
     TheViews().loadviews();
     TheViews().showselectobj();
     if (ReadConfigFlag("Terramason", "OIFEditor")) showoifform();
+    else tickoifform();
 }
 
 void vorn::shownew() {
@@ -443,11 +451,19 @@ void vorn::sourceback() { OpenVRMLSource(PreviewViewNames[2]); }
 void vorn::sourceright() { OpenVRMLSource(PreviewViewNames[3]); }
 
 void vorn::showoifform() {
-    // Shows vornoifform, the OIF Editor, without blocking, once that window exists.
+    views_->showoifform();
+    connect(views_->existingOifform(), &vornoifform::unloaded, this, &vorn::tickoifform, Qt::UniqueConnection);
+    tickoifform();
 }
 
 void vorn::hideoifform() {
-    // Hides vornoifform, the OIF Editor, once that window exists.
+    views_->hideoifform();
+    tickoifform();
+}
+
+void vorn::tickoifform() {
+    const vornoifform* form = views_->existingOifform();
+    menuAction(QStringLiteral("OIF Editor"))->setChecked(form && !form->parentWidget()->isHidden());
 }
 
 // ---- Project
@@ -468,8 +484,10 @@ void vorn::importbanner() {
 void vorn::mergetextures() { MergeSameTexture(CurrentProject.OIF, false); }
 
 void vorn::importpreviewtextures() {
-    // Asks for a PNG and shows the texture naming window texturename, once the Texture Manager
-    // exists; then the previews are refreshed as by View, "Refresh".
+    const std::string file = TheDesktop().OpenFile(PreviewTextureTitle, PreviewTextureFilter, "", AppFolder);
+    if (file.empty()) return;
+    texturename::showModal(file, this);
+    viewrefresh();
 }
 
 // ---- Tools

@@ -127,9 +127,10 @@ private:
     void helptools();
     void helpabout();
 
-    // The OIF Editor window, vornoifform.
+    // The OIF Editor window, vornoifform, and the tick of its View entry, set when it shows.
     void showoifform();
     void hideoifform();
+    void tickoifform();
 
     QMdiArea* mdi_;
     QLabel* commentline_ = nullptr;

@@ -36,40 +36,6 @@
 
 namespace {
 
-// A quad of 30000 x 30000 units in the X-Z plane around the origin, where every view looks,
-// textured with tp00 over its whole face.
-OIFFile TexturedQuad() {
-    OIFPart p;
-    p.Header.Name = "pitch";
-    p.Header.Texture = "tp00";
-    auto v = [](float x, float z, float u, float w) {
-        OIFVertex r;
-        r.X = x;
-        r.Z = z;
-        r.U = u;
-        r.V = w;
-        return r;
-    };
-    p.Vertices = {v(-15000, -15000, 0, 0), v(15000, -15000, 1, 0), v(-15000, 15000, 0, 1), v(15000, 15000, 1, 1)};
-    p.Indices = {0, 1, 2, 3};
-    p.Header.VertexCount = 4;
-    p.Header.IndexCount = 4;
-    OIFFile doc = NewOIFFile();
-    return AddPart(p, doc);
-}
-
-// Pixels that are clearly the texture's pure red, not the grey of the background or of a lit
-// untextured face.
-int RedPixels(const QImage& image) {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            n += c.red() > 150 && c.green() < 60 && c.blue() < 60;
-        }
-    return n;
-}
-
 int NotBackground(const QImage& image) {
     int n = 0;
     for (int y = 0; y < image.height(); ++y)

@@ -59,6 +59,8 @@ private slots:
         AppFolder = folder_->path();
         ResourceFolder = folder_->file("share");
         desktop_ = std::make_unique<ScriptedDesktop>();
+        // As on a first run: a new project opens the OIF Editor, and the entry's tick follows it.
+        WriteConfig("Terramason", "OIFEditor", "1");
     }
 
     void cleanup() {

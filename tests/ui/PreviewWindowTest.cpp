@@ -24,6 +24,7 @@
 #include "shell/fileOps.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
+#include "WindowTestKit.h"
 
 namespace {
 
@@ -48,26 +49,7 @@ private:
 };
 
 // A pitch of 4000 x 4000 units in the X-Z plane, one quad as a strip of two triangles.
-OIFFile Pitch() {
-    OIFPart p;
-    p.Header.Name = "pitch";
-    p.Header.Texture = "tp01";
-    auto v = [](float x, float z, float u, float w) {
-        OIFVertex r;
-        r.X = x;
-        r.Z = z;
-        r.U = u;
-        r.V = w;
-        return r;
-    };
-    p.Vertices = {v(-2000, -2000, 0, 0), v(2000, -2000, 1, 0), v(-2000, 2000, 0, 1), v(2000, 2000, 1, 1)};
-    p.Indices = {0, 1, 2, 3};
-    p.Header.VertexCount = 4;
-    p.Header.IndexCount = 4;
-    OIFFile doc;
-    doc.Parts.push_back(p);
-    return doc;
-}
+OIFFile Pitch() { return TexturedQuad(2000, "tp01"); }
 
 std::string Slurp(const std::string& path) {
     std::ifstream in(path, std::ios::binary);

@@ -2,6 +2,8 @@
 // Helpers of the window tests: acting on a modal window from inside its own event loop, and
 // watching what the windows ask of the views.
 #include <QApplication>
+#include <QComboBox>
+#include <QImage>
 #include <QPointer>
 #include <QTimer>
 #include <QtTest>
@@ -89,6 +91,7 @@ public:
         inner().showselectobj();
     }
     std::vector<bool> SelectedParts() override { return inner().SelectedParts(); }
+    PreviewSelection Selection() override { return inner().Selection(); }
 
     int count(const std::string& call) const {
         int n = 0;
@@ -112,4 +115,52 @@ inline OIFFile NamedParts(std::initializer_list<const char*> names) {
         doc = AddPart(part, doc);
     }
     return doc;
+}
+
+// A square pitch in the X-Z plane around the origin, where every view looks, as one strip of
+// two triangles with the texture over its whole face; by default 30000 units across.
+inline OIFFile TexturedQuad(float half = 15000, const char* texture = "tp00") {
+    OIFPart p;
+    p.Header.Name = "pitch";
+    p.Header.Texture = texture;
+    auto v = [](float x, float z, float u, float w) {
+        OIFVertex r;
+        r.X = x;
+        r.Z = z;
+        r.U = u;
+        r.V = w;
+        return r;
+    };
+    p.Vertices = {v(-half, -half, 0, 0), v(half, -half, 1, 0), v(-half, half, 0, 1), v(half, half, 1, 1)};
+    p.Indices = {0, 1, 2, 3};
+    p.Header.VertexCount = 4;
+    p.Header.IndexCount = 4;
+    OIFFile doc = NewOIFFile();
+    return AddPart(p, doc);
+}
+
+// Pixels that are clearly a texture's red, not the grey of the background or of a lit
+// untextured face.
+inline int RedPixels(const QImage& image) {
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor c = image.pixelColor(x, y);
+            n += c.red() > 150 && c.green() < 60 && c.blue() < 60;
+        }
+    return n;
+}
+
+// The rows of a drop-down list.
+inline QStringList ComboRows(const QComboBox* box) {
+    QStringList rows;
+    for (int i = 0; i < box->count(); ++i) rows << box->itemText(i);
+    return rows;
+}
+
+// The user picks a row of a drop-down list: the list shows it and says it was chosen, also when
+// it was the row already shown.
+inline void UserPicksRow(QComboBox* box, int row) {
+    box->setCurrentIndex(row);
+    emit box->activated(row);
 }
