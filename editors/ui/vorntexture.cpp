@@ -53,10 +53,12 @@ vorntexture::vorntexture(QWidget* parent) : QWidget(parent, Qt::Window) {
     picture1_->move(Margin, Margin);
     image1_ = Named(new QLabel(picture1_), "Image1");
     image1_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // The marker has never been moved or used: shown at the image's corner it would pass for a
+    // picked point, so it stays hidden.
     points_ = Named(new QWidget(picture1_), "points");
     points_->setAttribute(Qt::WA_TransparentForMouseEvents);
     points_->setGeometry(0, 0, 5, 5);
-    points_->setStyleSheet(QStringLiteral("background: transparent; border: 1px solid red;"));
+    points_->hide();
 
     auto* column = column_ = new QWidget(this);
     texturebox_ = Named(new QComboBox(column), "texturebox");
@@ -106,6 +108,8 @@ vorntexture::vorntexture(QWidget* parent) : QWidget(parent, Qt::Window) {
     statusBar1_->setSizeGripEnabled(false);
     for (int i = 0; i < 3; ++i) {
         panels_[i] = Named(new QLabel(statusBar1_), i == 2 ? "panel3" : i == 1 ? "panel2" : "panel1");
+        panels_[i]->setFrameShape(QFrame::Panel);
+        panels_[i]->setFrameShadow(QFrame::Sunken);
         statusBar1_->addWidget(panels_[i], 1);
     }
 
