@@ -147,3 +147,44 @@ void WriteRAVJson(std::ostream& out, const RAVFile& file) {
     s += file.polygons.empty() ? "]\n}\n" : "\n  ]\n}\n";
     out << s;
 }
+
+void Write3DSJson(std::ostream& out, const Model3DS& model) {
+    // A list of rows, each row a list of numbers, one row after another on the line.
+    auto rows = [](std::string& s, std::size_t count, auto row) {
+        s += "[";
+        for (std::size_t i = 0; i < count; ++i) {
+            s += i == 0 ? "[" : ", [";
+            row(i);
+            s += "]";
+        }
+        s += "]";
+    };
+    std::string s = "{\n  \"meshes\": [";
+    for (std::size_t m = 0; m < model.meshes.size(); ++m) {
+        const Mesh3DS& mesh = model.meshes[m];
+        s += m == 0 ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        s += JsonDocumentText(mesh.name);
+        s += ",\n     \"vertices\": ";
+        rows(s, mesh.vertices.size(), [&](std::size_t i) {
+            const Vertex3DS& v = mesh.vertices[i];
+            s += JsonFloat(v.x) + ", " + JsonFloat(v.y) + ", " + JsonFloat(v.z);
+        });
+        s += ",\n     \"faces\": ";
+        rows(s, mesh.faces.size(), [&](std::size_t i) {
+            const Face3DS& f = mesh.faces[i];
+            s += std::to_string(f.a) + ", " + std::to_string(f.b) + ", " + std::to_string(f.c) + ", " + std::to_string(f.flags);
+        });
+        s += ",\n     \"texVerts\": ";
+        rows(s, mesh.texVerts.size(), [&](std::size_t i) {
+            s += JsonFloat(mesh.texVerts[i].u) + ", " + JsonFloat(mesh.texVerts[i].v);
+        });
+        s += ",\n     \"materialName\": " + JsonDocumentText(mesh.materialName) + "}";
+    }
+    s += model.meshes.empty() ? "],\n  \"materials\": [" : "\n  ],\n  \"materials\": [";
+    for (std::size_t m = 0; m < model.materials.size(); ++m) {
+        s += m == 0 ? "\n    {\"name\": " : ",\n    {\"name\": ";
+        s += JsonDocumentText(model.materials[m].name) + ", \"textureFile\": " + JsonDocumentText(model.materials[m].textureFile) + "}";
+    }
+    s += model.materials.empty() ? "]\n}\n" : "\n  ]\n}\n";
+    out << s;
+}

@@ -8,6 +8,7 @@
 
 #include "core/oif.h"
 #include "exchange/RAVOps.h"
+#include "exchange/mdl3DS.h"
 
 // The shortest decimal text that reads back to the same float. JSON has no NaN or infinity, so
 // those print as null rather than as a number that would misstate the file.
@@ -26,3 +27,7 @@ void WriteOIFJson(std::ostream& out, const OIFFile& doc);
 // Writes RAV text as the dump-rav verb prints it: version, then each polygon's name, vertices
 // in the layout of the dump verb, and groups with their names and indices.
 void WriteRAVJson(std::ostream& out, const RAVFile& file);
+
+// Writes the 3DS tables as the dump-3ds verb prints them: each mesh with its name, vertices,
+// faces with their flags, texture vertices and material name, then the materials.
+void Write3DSJson(std::ostream& out, const Model3DS& model);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -13,6 +15,7 @@
 #include "core/binaryOps.h"
 #include "exchange/RAVOps.h"
 #include "exchange/RhinoScriptOps.h"
+#include "exchange/mdl3DS.h"
 #include "preview/VRMLOps.h"
 #include "shell/ImportOps.h"
 #include "shell/fileOps.h"
@@ -35,6 +38,14 @@ int DumpRAV(const std::string& path) {
     const RAVFile file = ReadRAVFile(path, &ok);
     if (!ok) return ExitFailed;
     WriteRAVJson(std::cout, file);
+    std::cout.flush();
+    if (!std::cout) throw std::runtime_error("Cannot write the JSON to the standard output.");
+    return ExitDone;
+}
+
+int Dump3DS(const std::string& path) {
+    if (!Read3DSFile(path)) return ExitFailed;
+    Write3DSJson(std::cout, Table3DS);
     std::cout.flush();
     if (!std::cout) throw std::runtime_error("Cannot write the JSON to the standard output.");
     return ExitDone;
@@ -101,6 +112,52 @@ int Import(const std::string& file, const std::string& into, const std::string& 
     return SaveDocument(CurrentProject.OIF, out);
 }
 
+// A scratch folder for the files a command writes beside its result; removed on the way out.
+class ScratchPlace {
+public:
+    ScratchPlace() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "terramason-cli-XXXXXX").string();
+        if (!mkdtemp(pattern.data())) throw std::runtime_error("Cannot make a scratch folder in " + pattern + ".");
+        path = pattern;
+    }
+    ~ScratchPlace() {
+        std::error_code ec;
+        std::filesystem::remove_all(path, ec);
+    }
+    ScratchPlace(const ScratchPlace&) = delete;
+    ScratchPlace& operator=(const ScratchPlace&) = delete;
+    std::string path;
+};
+
+void CopyOut(const std::string& from, const std::string& to) {
+    const ByteBuffer bytes = binaryOps::ReadFileBytes(from);
+    binaryOps::WriteBytesFile(bytes, to);
+}
+
+int ImportCSV(const std::string& file, const std::string& into, const std::string& out, const std::string& wire) {
+    OIFFile doc;
+    if (!StartDocument(into, doc)) return ExitFailed;
+    if (!FileExists(file)) throw std::runtime_error("Cannot open \"" + file + "\": no such file.");
+    const ScratchPlace scratch;
+    TempFolderOverride = scratch.path;
+    CurrentProject.OIF = doc;
+    if (!importcsv(file)) return ExitFailed;
+    if (!wire.empty()) CopyOut(TempFolder() + "/stad1.wrl", wire);
+    return SaveDocument(CurrentProject.OIF, out);
+}
+
+int Quads(const std::vector<std::string>& files, const std::string& out) {
+    for (const std::string& file : files)
+        if (!FileExists(file)) throw std::runtime_error("Cannot open \"" + file + "\": no such file.");
+    // The quad preview is written beside the program's settings; here that is a scratch folder.
+    const ScratchPlace scratch;
+    AppFolder = scratch.path;
+    for (const std::string& file : files)
+        if (!importcsvtopolygonpart(file)) return ExitFailed;
+    CopyOut(AppPath("stad2.wrl"), out);
+    return ExitDone;
+}
+
 int Merge(const std::string& in, bool crowdOnly, const std::string& out) {
     OIFFile doc;
     if (!StartDocument(in, doc)) return ExitFailed;
@@ -141,10 +198,36 @@ void DeclareImport(CLI::App& verb, CliDesktop&, VerbWork& run) {
     auto file = std::make_shared<std::string>();
     auto into = std::make_shared<std::string>();
     auto out = std::make_shared<std::string>();
-    verb.add_option("FILE", *file, "The .oif or .o file to import")->required();
+    verb.add_option("FILE", *file, "The .oif, .3ds or .o file to import")->required();
     verb.add_option("--into", *into, "The document to add the parts to (default: an empty stadium)");
     verb.add_option("-o", *out, "Where to save the result")->required();
     verb.callback([=, &run] { run = [=] { return Import(*file, *into, *out); }; });
+}
+
+void DeclareImportCSV(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto file = std::make_shared<std::string>();
+    auto into = std::make_shared<std::string>();
+    auto out = std::make_shared<std::string>();
+    auto wire = std::make_shared<std::string>();
+    verb.add_option("FILE.csv", *file, "The Rhinoceros point table to import")->required();
+    verb.add_option("--into", *into, "The document to add the part to (default: an empty stadium)");
+    verb.add_option("-o", *out, "Where to save the result")->required();
+    verb.add_option("--wire", *wire, "Where to write the wireframe preview of the result");
+    verb.callback([=, &run] { run = [=] { return ImportCSV(*file, *into, *out, *wire); }; });
+}
+
+void DeclareQuads(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto files = std::make_shared<std::vector<std::string>>();
+    auto out = std::make_shared<std::string>();
+    verb.add_option("CSV", *files, "Rhinoceros point tables, added in order")->required();
+    verb.add_option("-o", *out, "Where to write the quad preview")->required();
+    verb.callback([=, &run] { run = [=] { return Quads(*files, *out); }; });
+}
+
+void DeclareDump3DS(CLI::App& verb, CliDesktop&, VerbWork& run) {
+    auto path = std::make_shared<std::string>();
+    verb.add_option("FILE.3ds", *path, "The 3DS model to print")->required();
+    verb.callback([path, &run] { run = [path] { return Dump3DS(*path); }; });
 }
 
 void DeclareMerge(CLI::App& verb, CliDesktop&, VerbWork& run) {
@@ -222,10 +305,14 @@ const std::vector<Verb>& Verbs() {
     static const std::vector<Verb> verbs = {
         {"dump", "DOC.oif", "Print an OIF document as JSON", DeclareDump},
         {"resave", "IN.oif OUT.oif", "Load an OIF file and save it again, as the editor's Save does", DeclareResave},
-        {"import", "FILE [--into DOC] -o OUT", "Add the parts of an .oif or .o file, as Import to OIF does", DeclareImport},
+        {"import", "FILE [--into DOC] -o OUT", "Add the parts of an .oif, .3ds or .o file, as Import to OIF does", DeclareImport},
+        {"import-csv", "FILE.csv [--into DOC] -o OUT [--wire OUT.wrl]", "Add a Rhinoceros point table as one part of quads",
+         DeclareImportCSV},
+        {"dump-3ds", "FILE.3ds", "Print the meshes and materials of a 3DS model as JSON", DeclareDump3DS},
         {"merge", "DOC [--crowd-only] -o OUT", "Merge parts with the same texture", DeclareMerge},
         {"previews", "DOC.oif DIR [--hide LIST]", "Write the four textured preview files into DIR", DeclarePreviews},
         {"wire", "DOC.oif OUT.wrl [--hide LIST] [--vertex P:V]", "Write the wireframe preview", DeclareWire},
+        {"quads", "CSV... -o OUT.wrl", "Draw Rhinoceros point tables into the quad preview", DeclareQuads},
         {"dump-rav", "FILE.txt", "Print RAV exported text as JSON", DeclareDumpRAV},
         {"rav-script", "RAV.txt SCRIPT.txt TEXPATH", "Write the Rhinoceros script of a RAV export, as the RAV Convertor does",
          DeclareRAVScript},
