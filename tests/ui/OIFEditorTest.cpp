@@ -128,6 +128,9 @@ private slots:
         QCOMPARE(ComboRows(f->oifvertexpointsel()), QStringList({"[Select predefined UV]"}));
         QVERIFY(f->Frame2()->isEnabled() && f->oifpartdel()->isEnabled());
         QCOMPARE(vorntexture::existing()->windowTitle(), QString("Texture Manager - [North stand] - tp00"));
+        QVERIFY(!vorntexture::existing()->isVisible());
+        f->findChild<QPushButton*>("texturesmanagerbut")->click();
+        QVERIFY(vorntexture::existing()->isVisible());
         // The parts list is reloaded by the same refresh, every part shown.
         QCOMPARE(frame_->selectobj()->selectedRows(), (std::vector<bool>{true, true, true}));
     }
@@ -146,10 +149,11 @@ private slots:
     void selectingAVertexStoresItsFieldsBackInSevenDigits() {
         vornoifform* f = openStadium();
         UserPicksRow(f->oifpartbox(), 1);
-        QCOMPARE(vertex(1, 1).X, 0.1234567891f);  // not selected yet
+        // Exact comparisons: the two differ by less than a fuzzy compare sees.
+        QVERIFY(vertex(1, 1).X == 0.1234567891f);  // not selected yet
         UserPicksRow(f->oifpartvertices(), 1);
         QCOMPARE(f->oifvertexx()->text(), QString("0.1234568"));
-        QCOMPARE(vertex(1, 1).X, 0.1234568f);
+        QVERIFY(vertex(1, 1).X == 0.1234568f);
         // The list row keeps what it showed; only the next part selection rewrites it.
         QCOMPARE(f->oifpartvertices()->itemText(1), QString("0.1234568, 1, 2"));
     }
