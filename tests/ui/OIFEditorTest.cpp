@@ -25,16 +25,7 @@
 
 namespace {
 
-OIFVertex Vertex(float x, float y, float z, std::uint32_t shadow = 0, float u = 0, float v = 0) {
-    OIFVertex r;
-    r.X = x;
-    r.Y = y;
-    r.Z = z;
-    r.Shadow = shadow;
-    r.U = u;
-    r.V = v;
-    return r;
-}
+OIFVertex Vertex(float x, float y, float z, std::uint32_t shadow = 0) { return OIFVertex{x, y, z, shadow, 0, 0}; }
 
 // Three parts: a stand with three vertices and a strip of four indices, a roof of texture tp01
 // whose one vertex carries too many digits, and a part without vertices.
@@ -112,7 +103,6 @@ private slots:
     void refreshListsEveryPartAndShowsTheFirst() {
         vornoifform* f = openStadium();
         QCOMPARE(f->oifparttexture()->count(), 39);
-        QCOMPARE(f->oifparttexture()->itemText(38), QString("hlgb"));
         // The selected row is rewritten trimmed by the name field's handler; the others keep
         // their 28 characters.
         QCOMPARE(ComboRows(f->oifpartbox()), QStringList({"North stand", QString("Roof").leftJustified(28),
@@ -163,11 +153,6 @@ private slots:
         f->oifvertexx()->clear();
         QTest::keyClicks(f->oifvertexx(), "12.5abc");
         QCOMPARE(vertex(0, 0).X, 12.5f);
-        f->oifvertexy()->selectAll();
-        QTest::keyClicks(f->oifvertexy(), "y");
-        QCOMPARE(vertex(0, 0).Y, 0.0f);
-        // The vertex row shows its old numbers until the next part selection.
-        QCOMPARE(f->oifpartvertices()->itemText(0), QString("1, 2, 3"));
 
         f->oifpartname()->selectAll();
         QTest::keyClicks(f->oifpartname(), "  West  ");
@@ -220,19 +205,12 @@ private slots:
         UserPicksRow(f->oifparttexture(), 35);
         QCOMPARE(ComboRows(f->oifvertexpointsel()), QStringList({"[Select predefined UV]"}));
         QCOMPARE(part(1).Header.Texture.str(), std::string("alga"));
-    }
 
-    void aPartWithoutVerticesDisablesTheVertexFields() {
-        vornoifform* f = openStadium();
+        // A part without vertices disables the vertex fields.
         UserPicksRow(f->oifpartbox(), 2);
         QCOMPARE(f->oifpartvertices()->count(), 0);
-        QCOMPARE(f->indicesbox()->count(), 0);
-        QVERIFY(!f->oifvertexx()->isEnabled());
-        QVERIFY(!f->oifvertexpointsel()->isEnabled());
-        QVERIFY(f->oifpartname()->isEnabled());
+        QVERIFY(!f->oifvertexx()->isEnabled() && !f->oifvertexpointsel()->isEnabled());
         QCOMPARE(TheViews().Selection().vertex, -1);
-        UserPicksRow(f->oifpartbox(), 0);
-        QVERIFY(f->oifvertexx()->isEnabled());
     }
 
     void deleteAsksNothingAndRefreshesWithoutRebuilding() {
@@ -257,53 +235,37 @@ private slots:
         program_->desktop.dialogAnswers = {path};
         SpyViews spy;
         f->oifpartexp()->click();
-        QCOMPARE(program_->desktop.dialogTitles, std::vector<std::string>{"Export OIF part..."});
         const OIFParse read = ParseOIF(ReadFile(path));
         QCOMPARE(read.error, std::string());
         QCOMPARE(read.doc.Parts.size(), std::size_t(1));
         QCOMPARE(read.doc.Parts[0].Header.Texture.str(), std::string("tp01"));
         QVERIFY(read.doc.Parts[0].Vertices == before.Parts[1].Vertices);
-        QCOMPARE(part(1).Header.Texture.str(), std::string("tp01"));
         QVERIFY(CurrentProject.OIF == before);
         QCOMPARE(spy.count("RefreshPartsList"), 1);
-
-        // A cancelled dialog ends the command without a refresh.
-        program_->desktop.dialogAnswers = {""};
-        f->oifpartexp()->click();
-        QCOMPARE(spy.count("RefreshPartsList"), 1);
     }
 
-    void theViewEntryShowsAndHidesTheEditorAndFollowsItsCloseBox() {
-        vornoifform* f = openStadium();
-        QAction* entry = frame_->menuAction("OIF Editor");
-        auto* sub = qobject_cast<QMdiSubWindow*>(f->parentWidget());
-        QVERIFY(sub && sub->mdiArea() == frame_->mdiArea());
-        QVERIFY(!sub->isHidden());
-        QVERIFY(entry->isChecked());
-        entry->trigger();
-        QVERIFY(sub->isHidden());
-        QVERIFY(!entry->isChecked());
-        entry->trigger();
-        QVERIFY(!sub->isHidden());
-        QVERIFY(entry->isChecked());
-        sub->close();
-        QVERIFY(!entry->isChecked());
-        QVERIFY(!vornoifform::existing());
-        // Opened again, the new window lists the document at once.
-        entry->trigger();
-        QVERIFY(entry->isChecked());
-        QVERIFY(vornoifform::existing() && vornoifform::existing() != f);
-        QCOMPARE(vornoifform::existing()->oifpartbox()->count(), 3);
-    }
-
-    void withTheEditorSwitchedOffANewProjectLeavesItClosedAndUnticked() {
+    void theViewEntryTickFollowsTheEditor() {
         WriteConfig("Terramason", "OIFEditor", "0");
         frame_ = std::make_unique<vorn>();
         frame_->createnew(0, "Project1");
-        QVERIFY(!frame_->menuAction("OIF Editor")->isChecked());
-        QVERIFY(!vornoifform::existing() || vornoifform::existing()->parentWidget()->isHidden());
-        frame_->menuAction("OIF Editor")->trigger();
-        QVERIFY(!vornoifform::existing()->parentWidget()->isHidden());
+        CurrentProject.OIF = Stadium();
+        TheViews().RefreshPartsList();
+        QAction* entry = frame_->menuAction("OIF Editor");
+        QVERIFY(!entry->isChecked());
+        QVERIFY(!vornoifform::existing());
+        entry->trigger();
+        vornoifform* f = vornoifform::existing();
+        QVERIFY(f && entry->isChecked());
+        QCOMPARE(f->oifpartbox()->count(), 3);  // a new window lists the document at once
+        auto* sub = qobject_cast<QMdiSubWindow*>(f->parentWidget());
+        QVERIFY(sub && sub->mdiArea() == frame_->mdiArea() && !sub->isHidden());
+        entry->trigger();
+        QVERIFY(sub->isHidden() && !entry->isChecked());
+        entry->trigger();
+        QVERIFY(!sub->isHidden() && entry->isChecked());
+        sub->close();
+        QVERIFY(!entry->isChecked());
+        QVERIFY(!vornoifform::existing());
     }
 
     void theSelectedVertexIsMarkedInTheWireframe() {
