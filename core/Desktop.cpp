@@ -8,6 +8,7 @@ namespace {
 QuietDesktop quietDesktop;
 Desktop* current = &quietDesktop;
 std::chrono::steady_clock::time_point lastPump{};
+int pumpDepth = 0;
 constexpr auto PumpInterval = std::chrono::milliseconds(15);
 }  // namespace
 
@@ -50,9 +51,19 @@ Desktop* InstallDesktop(Desktop* desktop) {
 void PumpEvents() {
     const auto now = std::chrono::steady_clock::now();
     if (now - lastPump < PumpInterval) return;
-    lastPump = now;
+    PumpEventsNow();
+}
+
+void PumpEventsNow() {
+    lastPump = std::chrono::steady_clock::now();
+    struct Depth {
+        Depth() { ++pumpDepth; }
+        ~Depth() { --pumpDepth; }
+    } inside;
     current->ProcessEvents();
 }
+
+bool InsideEventPump() { return pumpDepth > 0; }
 
 void ShowMessage(const std::string& text, MessageIcon icon, const std::string& title) {
     current->Message(text, title, icon, MessageButtons::OK);
@@ -63,6 +74,7 @@ MessageAnswer AskQuestion(const std::string& text, MessageButtons buttons, Messa
 }
 
 bool GuardedRun(const std::string& what, const std::function<void()>& operation) {
+    if (InsideEventPump()) return false;
     std::string reason;
     try {
         operation();

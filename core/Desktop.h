@@ -100,6 +100,11 @@ Desktop* InstallDesktop(Desktop* desktop);
 // Runs the event pump, but at most once every few milliseconds, so that a loop over a million
 // vertices spends its time in the loop and not in the pump.
 void PumpEvents();
+// Runs the event pump now, however short the time since the last one.
+void PumpEventsNow();
+// True while a long operation lets the windows handle their events. No command starts then:
+// the document is half-made, and a second command would work on it or be overwritten by it.
+bool InsideEventPump();
 
 // The caption of the program's own message boxes.
 inline constexpr const char* ProgramTitle = "VORN Terramason";
@@ -111,5 +116,6 @@ MessageAnswer AskQuestion(const std::string& text, MessageButtons buttons, Messa
 
 // Runs one operation so that a fault nobody handled ends the operation, not the program: the
 // fault is reported in one error box that names `what`, and the caller goes on. Returns false
-// when the operation was stopped that way.
+// when the operation was stopped that way, or when it was not started because another one is
+// pumping events (a click that arrived while the busy pointer was up).
 bool GuardedRun(const std::string& what, const std::function<void()>& operation);

@@ -126,7 +126,7 @@ bool RunAndWait(const std::string& commandLine, WindowMode mode, long timeoutMs)
     if (pid == 0) return false;
     const auto start = std::chrono::steady_clock::now();
     while (desktop.ProcessRunning(pid)) {
-        desktop.ProcessEvents();
+        PumpEventsNow();
         if (timeoutMs >= 0 && std::chrono::steady_clock::now() - start > std::chrono::milliseconds(timeoutMs)) {
             desktop.EndProcess(pid);
             return false;

@@ -21,6 +21,32 @@
 
 namespace {
 
+// Swallows what the user does while a long operation pumps events: the windows repaint and
+// timers run, but clicks, keys and a close of a window are dropped rather than kept for later,
+// so nothing the user did under the busy pointer acts on the document afterwards either.
+class InputDropper : public QObject {
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::MouseButtonPress:
+            case QEvent::MouseButtonRelease:
+            case QEvent::MouseButtonDblClick:
+            case QEvent::KeyPress:
+            case QEvent::KeyRelease:
+            case QEvent::Shortcut:
+            case QEvent::ShortcutOverride:
+            case QEvent::Wheel:
+            case QEvent::ContextMenu:
+            case QEvent::TouchBegin:
+            case QEvent::Close:
+                return true;
+            default:
+                return false;
+        }
+    }
+};
+
+
 QString FromUtf8(const std::string& text) { return QString::fromStdString(text); }
 
 // The program's texts end their lines the Windows way; a Qt label would show the CR.
@@ -205,4 +231,10 @@ void QtDesktop::HideLoading() {
     if (loading_) loading_->hideLoading();
 }
 
-void QtDesktop::ProcessEvents() { QCoreApplication::processEvents(); }
+void QtDesktop::ProcessEvents() {
+    static InputDropper dropper;
+    static int depth = 0;
+    if (depth++ == 0) QCoreApplication::instance()->installEventFilter(&dropper);
+    QCoreApplication::processEvents();
+    if (--depth == 0) QCoreApplication::instance()->removeEventFilter(&dropper);
+}

@@ -35,6 +35,26 @@ TEST(GuardedRun, TurnsAnUnhandledFaultIntoOneBoxAndGoesOn) {
     EXPECT_EQ(desktop.messages.size(), 1u);
 }
 
+TEST(GuardedRun, NoCommandStartsWhileAnOperationPumpsEvents) {
+    ScriptedDesktop desktop;
+    int second = 0;
+    bool refused = false;
+    // A click handled while the first operation pumps would start a second one on the same document.
+    desktop.onPump = [&] { refused = !GuardedRun("Delete", [&] { ++second; }); };
+    int nestedRuns = 0;
+    EXPECT_TRUE(GuardedRun("Import to OIF", [&] {
+        PumpEventsNow();
+        // A window that the operation opens itself (a dialog and its buttons) still works.
+        GuardedRun("Opening the project", [&] { ++nestedRuns; });
+    }));
+    EXPECT_TRUE(refused);
+    EXPECT_EQ(second, 0);
+    EXPECT_EQ(nestedRuns, 1);
+    EXPECT_TRUE(desktop.messages.empty()) << "a refused click is not a fault";
+    EXPECT_FALSE(InsideEventPump());
+    EXPECT_TRUE(GuardedRun("Delete", [&] { ++second; })) << "after the operation commands run again";
+}
+
 TEST(InstallDesktop, FallsBackToTheQuietDesktopWhenRemoved) {
     {
         ScriptedDesktop desktop;

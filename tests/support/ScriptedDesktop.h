@@ -2,6 +2,7 @@
 // The test double of the desktop: answers questions and dialogs from scripts given in order,
 // and records every message, page, process and progress text the program shows.
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -26,6 +27,7 @@ public:
     // Scripts, consumed front first.
     std::deque<MessageAnswer> answers;      // for boxes with more than an OK button
     std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
+    std::function<void()> onPump;            // what happens while an operation pumps events
     std::map<std::string, std::string> registry;
     // When set, registry values not in `registry` come from this Wine prefix and the per-user file.
     std::string winePrefix;
@@ -99,7 +101,10 @@ public:
         loadingShown = true;
     }
     void HideLoading() override { loadingShown = false; }
-    void ProcessEvents() override { ++pumps; }
+    void ProcessEvents() override {
+        ++pumps;
+        if (onPump) onPump();
+    }
 
 private:
     std::string NextDialog(const std::string& title) {

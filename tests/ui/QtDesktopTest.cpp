@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 #include <QtTest>
 
@@ -39,6 +40,32 @@ class QtDesktopTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void clicksDuringAnOperationsPumpAreDroppedNotKept() {
+        QtDesktop desktop;
+        QPushButton button("Delete");
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        int clicks = 0;
+        connect(&button, &QPushButton::clicked, [&] { ++clicks; });
+        auto click = [&] {
+            const QPointF at = QRectF(button.rect()).center();
+            for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+                QCoreApplication::postEvent(&button, new QMouseEvent(type, at, button.mapToGlobal(at), Qt::LeftButton,
+                                                                     type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                                                                     Qt::NoModifier));
+        };
+        int timerRuns = 0;
+        QTimer::singleShot(0, [&] { ++timerRuns; });
+        click();
+        desktop.ProcessEvents();
+        QCOMPARE(timerRuns, 1);  // the windows go on working
+        QCoreApplication::processEvents();
+        QCOMPARE(clicks, 0);  // and the click is not handed on later either
+        click();
+        QCoreApplication::processEvents();
+        QCOMPARE(clicks, 1);
+    }
+
     void filtersTakeQtsForm_data() {
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QString>("expected");
