@@ -12,7 +12,7 @@
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "support/Chunks3DS.h"
-#include "WindowTestKit.h"
+#include "FrameTestKit.h"
 
 using namespace chunks3ds;
 
@@ -22,16 +22,7 @@ class ImportModelTest : public QObject {
     std::unique_ptr<ScratchProgram> program_;
     std::unique_ptr<vorn> frame_;
 
-    // The frame with a new project of one part, as the user has it before importing.
-    void openProject() {
-        frame_ = std::make_unique<vorn>();
-        frame_->resize(1200, 900);
-        QVERIFY(MakeActive(*frame_));
-        frame_->createnew(0, "Project1");
-        CurrentProject.OIF = TexturedQuad();
-        TheViews().RefreshPartsList();
-        TheViews().loadviews();
-    }
+    void openProject() { OpenFrameWithProject(frame_); }
     std::string model(const std::string& name, Bytes3DS bytes) {
         const std::string path = program_->folder.file(name);
         WriteFile(path, bytes);

@@ -13,7 +13,7 @@
 #include "preview/ui/CortonaViewer.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
+#include "FrameTestKit.h"
 
 class LongOperationTest : public QObject {
     Q_OBJECT
@@ -21,15 +21,7 @@ class LongOperationTest : public QObject {
     std::unique_ptr<ScratchProgram> program_;
     std::unique_ptr<vorn> frame_;
 
-    void openProject() {
-        frame_ = std::make_unique<vorn>();
-        frame_->resize(1200, 900);
-        QVERIFY(MakeActive(*frame_));
-        frame_->createnew(0, "Project1");
-        CurrentProject.OIF = TexturedQuad();
-        TheViews().RefreshPartsList();
-        TheViews().loadviews();
-    }
+    void openProject() { OpenFrameWithProject(frame_); }
     // The next operation pumps at its first chance, however recently the last one did.
     void StartPumpClock() { InstallDesktop(&program_->desktop); }
     // A stadium of 40 parts to import: its load pumps events.

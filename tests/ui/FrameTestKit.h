@@ -1,0 +1,19 @@
+#pragma once
+// The main window as a user has it with a project open: made, shown, active, with a project of
+// one textured part listed and previewed.
+#include <QtTest>
+
+#include <memory>
+
+#include "shell/ui/vorn.h"
+#include "WindowTestKit.h"
+
+inline void OpenFrameWithProject(std::unique_ptr<vorn>& frame) {
+    frame = std::make_unique<vorn>();
+    frame->resize(1200, 900);
+    QVERIFY(MakeActive(*frame));
+    frame->createnew(0, "Project1");
+    CurrentProject.OIF = TexturedQuad();
+    TheViews().RefreshPartsList();
+    TheViews().loadviews();
+}
