@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <csignal>
+
 #include <filesystem>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -133,6 +137,33 @@ TEST(WriteBytesFile, FailureLeavesTheOldFileAndSaysWhy) {
     EXPECT_THROW(WriteBytesFile(ByteBuffer{4}, path), std::runtime_error);
     ::chmod(dir.path().c_str(), 0700);
     EXPECT_EQ(ReadFile(path), (std::vector<std::uint8_t>{1, 2, 3}));
+}
+
+TEST(WriteBytesFile, AFullDiskLeavesTheOldFileByteForByte) {
+    ScratchFolder dir;
+    const std::string path = dir.file("stadium.oif");
+    const std::vector<std::uint8_t> old(1000, 0x5A);
+    WriteFile(path, old);
+    // A file size limit fails the write half-way, as a full disk does, and works as root too.
+    rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    rlimit small = before;
+    small.rlim_cur = 64 * 1024;
+    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    std::string error;
+    try {
+        WriteBytesFile(ByteBuffer(1 << 20, 1), path);
+    } catch (const std::runtime_error& e) {
+        error = e.what();
+    }
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, previousHandler);
+    EXPECT_NE(error.find("The file was not changed."), std::string::npos) << error;
+    EXPECT_EQ(ReadFile(path), old);
+    int files = 0;
+    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
+    EXPECT_EQ(files, 1) << "the half-written temporary file is gone";
 }
 
 TEST(WriteBytesFile, ATargetThatCannotBeReplacedStaysAsItWas) {
