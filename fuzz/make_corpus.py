@@ -135,9 +135,61 @@ def csv_seeds():
     yield "unquoted.csv", lines(head, 'P,"point","1,2,3","L"') + b'"P","point","4,5'
 
 
+def chunk(cid: int, *pieces: bytes) -> bytes:
+    body = b"".join(pieces)
+    return struct.pack("<HI", cid, 6 + len(body)) + body
+
+
+def tds_seeds():
+    def obj(name, points, uvs, faces, material=None, sub=()):
+        mesh = [chunk(0x4110, struct.pack("<h", len(points)), *(struct.pack("<fff", *p) for p in points))]
+        if uvs:
+            mesh.append(chunk(0x4140, struct.pack("<h", len(uvs)), *(struct.pack("<ff", *t) for t in uvs)))
+        mesh.append(chunk(0x4160, struct.pack("<12f", *([1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0]))))
+        tail = [chunk(0x4130, name_bytes(material), struct.pack("<hh", 1, 0))] if material else []
+        mesh.append(chunk(0x4120, struct.pack("<h", len(faces)),
+                          *(struct.pack("<HHHH", *f, 7) for f in faces), *tail, *sub))
+        return chunk(0x4000, name_bytes(name), chunk(0x4100, *mesh))
+
+    def material(name, texture=None):
+        pieces = [chunk(0xA000, name_bytes(name))]
+        if texture:
+            pieces.append(chunk(0xA200, chunk(0xA300, name_bytes(texture))))
+        return chunk(0xAFFF, *pieces)
+
+    def model(*edit):
+        return chunk(0x4D4D, chunk(0x0002, struct.pack("<i", 3)), chunk(0x3D3D, chunk(0x3D3E, struct.pack("<i", 3)), *edit),
+                     chunk(0xB000, chunk(0xB00A, b"\0" * 4)))
+
+    square = ([(0, 0, 0), (1, 0, 0), (1, 2, 0), (0, 2, 0)], [(0, 0), (1, 0), (1, 1), (0, 1)], [(0, 1, 2), (0, 2, 3)])
+    yield "square.3ds", model(material("Seats", "RWH0.BMP"), obj("Stand", *square, "Seats"))
+    yield "inherit.3ds", model(material("Rock", "rock.bmp"), material("Moss"), obj("A", *square, "Rock"),
+                               obj("B", [(5, 5, 5), (6, 5, 5), (5, 6, 5)], [], [(0, 1, 2)]))
+    yield "duplicates.3ds", model(obj("Dup", [(0, 0, 0), (0.001, 0, 0), (0, 0, 0), (-0.0, 0, 0)], [(0, 0)] * 4,
+                                      [(0, 1, 2), (1, 2, 3)], None, (chunk(0x4150, b"\0" * 8),)))
+    yield "empty.3ds", chunk(0x4D4D)
+    for made in sorted((HERE.parent / "tests" / "data" / "3ds").glob("*.3ds")):
+        yield made.name, made.read_bytes()
+
+
+def name_bytes(text: str) -> bytes:
+    return text.encode("cp1252") + b"\0"
+
+
+def registry_seeds():
+    yield "system.reg", lines("WINE REGISTRY Version 2", "",
+                              "[Software\\\\EA SPORTS\\\\FIFA 2003] 1700000000",
+                              '"Install Dir"="C:\\\\Program Files\\\\EA SPORTS\\\\FIFA 2003"',
+                              '@="default"', '"Count"=dword:0000001f', '"Wide"=str(2):"\\x00e9t\\xe9"', end="\n")
+    yield "registry.conf", lines("# where the tools are",
+                                 "HKEY_LOCAL_MACHINE\\Software\\EA SPORTS\\FIFA 2003\\Install Dir = /games/fifa2003",
+                                 "; the converter", "HKCU\\Software\\OIFTool\\Path=C:\\Tools\\oiftool.exe", end="\n")
+
+
 def main():
     for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds),
-                          ("fuzz_rav", rav_seeds), ("fuzz_csv", csv_seeds)]:
+                          ("fuzz_rav", rav_seeds), ("fuzz_csv", csv_seeds), ("fuzz_3ds", tds_seeds),
+                          ("fuzz_registry", registry_seeds)]:
         if len(sys.argv) > 1 and target not in sys.argv[1:]:
             continue
         folder = CORPUS / target
