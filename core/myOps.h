@@ -1,5 +1,6 @@
 #pragma once
 // Small helpers the editors share.
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,3 +19,18 @@ std::string TrimBlanks(std::string_view text);
 
 double Pi();
 double DegToRad(double degrees);
+
+// A draw from [low, high): (high - low) * r + low with r uniform in [0, 1). With `whole` the
+// result is rounded to a 16-bit integer, halves to even, so the two ends of a whole range come
+// half as often as the numbers between them; callers rely on that skew. One generator serves the
+// whole program; it seeds itself from the clock on first use unless SeedRandom came first.
+double RandomBetween(double low, double high, bool whole);
+// Seeds the program's generator, so that a run can be repeated draw for draw.
+void SeedRandom(std::uint64_t seed);
+
+struct Point3 {
+    float x = 0, y = 0, z = 0;
+    bool operator==(const Point3&) const = default;
+};
+// Turns a point about Y, then X, then Z, by the angles in radians, in single floats throughout.
+Point3 RotatePoint(const Point3& point, const Point3& angles);

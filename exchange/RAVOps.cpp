@@ -1,10 +1,12 @@
 #include "exchange/RAVOps.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "core/Desktop.h"
 #include "core/NumberText.h"
+#include "core/myOps.h"
 #include "exchange/TextReading.h"
 #include "shell/StadiumCatalogue.h"
 
@@ -243,4 +245,47 @@ QuadCorners ChooseQuadCorners(const std::array<float, 4>& u, const std::array<fl
     else k.C = laterOnTie ? q : p;
     k.D = k.C == p ? q : p;
     return k;
+}
+
+float CrowdHeightInForce = 0;
+
+RAVPolygon FixCrowdPolygon(const RAVPolygon& polygon) {
+    RAVPolygon fixed = polygon;
+    if (polygon.vertices.size() != 4) return fixed;
+    const std::vector<OIFVertex>& in = polygon.vertices;
+    const QuadCorners k = ChooseQuadCorners({in[0].U, in[1].U, in[2].U, in[3].U}, {in[0].V, in[1].V, in[2].V, in[3].V});
+    // A corner that was not found is the origin.
+    const auto corner = [&](int i) { return i < 0 ? OIFVertex{} : in[static_cast<std::size_t>(i)]; };
+    OIFVertex a = corner(k.A), b = corner(k.B), c = corner(k.C), d = corner(k.D);
+    if (CrowdHeightInForce > 0) {
+        c.Y = b.Y + CrowdHeightInForce;
+        d.Y = a.Y + CrowdHeightInForce;
+    }
+    // D is measured against B, not A: a sloping row gets a height of its own.
+    const float h = d.Y / 100.0f - b.Y / 100.0f;
+    const float dx = a.X / 100.0f - b.X / 100.0f, dz = a.Z / 100.0f - b.Z / 100.0f;
+    const double w = std::sqrt(static_cast<double>(dx) * dx + static_cast<double>(dz) * dz);
+    const auto u = static_cast<float>(h != 0 ? w / h / 4.0 : 0.0);
+    const OIFVertex* corners[4] = {&a, &b, &c, &d};
+    const float us[4] = {0, u, u, 0}, vs[4] = {1, 1, 0, 0};
+    for (std::size_t i = 0; i < 4; ++i) {
+        OIFVertex& out = fixed.vertices[i];
+        out.X = corners[i]->X;
+        out.Y = corners[i]->Y;
+        out.Z = corners[i]->Z;
+        out.U = us[i];
+        out.V = vs[i];
+    }
+    if (RandomBetween(0, 1, true) == 0) {
+        std::swap(fixed.vertices[0].U, fixed.vertices[1].U);
+        std::swap(fixed.vertices[0].V, fixed.vertices[1].V);
+        std::swap(fixed.vertices[2].U, fixed.vertices[3].U);
+        std::swap(fixed.vertices[2].V, fixed.vertices[3].V);
+    }
+    return fixed;
+}
+
+void FixCrowdPolygons(RAVFile& list) {
+    for (RAVPolygon& polygon : list.polygons)
+        if (polygon.vertices.size() == 4) polygon = FixCrowdPolygon(polygon);
 }

@@ -78,3 +78,29 @@ struct QuadCorners {
     bool operator==(const QuadCorners&) const = default;
 };
 QuadCorners ChooseQuadCorners(const std::array<float, 4>& u, const std::array<float, 4>& v);
+
+// A quad of four vertices, the working form of crowds, adboards and banners. As a plane: V[0]
+// top right, V[1] bottom right, V[2] bottom left, V[3] top left. As a finished row V[1] and V[2]
+// stand on the row's base line and V[0], V[3] are those points raised by the row's height. In a
+// polygon of the list the vertices run V[2], V[1], V[0], V[3].
+struct CrowdRow {
+    std::array<OIFVertex, 4> V{};
+    bool operator==(const CrowdRow&) const = default;
+};
+
+// The away crowd's group name; every other name is the home crowd.
+inline constexpr const char* AwayCrowdGroup = "rowb";
+
+// The row height that FixCrowdPolygon sets rows to: 0 (keep the file's heights) except while
+// Import Crowds runs with the fixing answered Yes.
+extern float CrowdHeightInForce;
+
+// A crowd row polygon with its corners and UVs worked out again from the UVs it has: the row
+// stands on B (and C) of ChooseQuadCorners, its height is raised to CrowdHeightInForce when that
+// is above 0, and its U range follows width over height, so the texture keeps its proportions.
+// Half of the rows, at random, run the texture the other way. Colours stay by vertex. Corners
+// without a strict winner count as the origin: such a row collapses, as it always has. A polygon
+// without exactly four vertices comes back unchanged.
+RAVPolygon FixCrowdPolygon(const RAVPolygon& polygon);
+// FixCrowdPolygon on every polygon of exactly four vertices; the others stay as they are.
+void FixCrowdPolygons(RAVFile& list);
