@@ -1,7 +1,8 @@
-// Draws the splash picture and the program icon. Run once by hand when the art changes; the
+// Draws the splash picture and the program icon, the latter also at the icon theme's sizes. Run once by hand when the art changes; the
 // PNG files it writes are committed, so the build does not need it:
 //   g++ -std=c++20 -fPIC drawart.cpp $(pkg-config --cflags --libs Qt6Gui) -o /tmp/drawart
 //   QT_QPA_PLATFORM=offscreen /tmp/drawart resources/
+#include <QDir>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImage>
@@ -154,5 +155,11 @@ int main(int argc, char** argv) {
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString(".");
     bool ok = splash().save(folder + "/splash.png");
     ok = icon(64).save(folder + "/terramason.png") && ok;
+    // The desktop's icon theme wants the program's icon at each of its usual sizes.
+    for (int size : {16, 24, 32, 48, 64, 128, 256}) {
+        const QString dir = folder + QString("/linux/icons/%1x%1").arg(size);
+        QDir().mkpath(dir);
+        ok = icon(size).save(dir + "/terramason.png") && ok;
+    }
     return ok ? 0 : 1;
 }
