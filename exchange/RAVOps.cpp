@@ -9,6 +9,7 @@
 #include "core/myOps.h"
 #include "exchange/TextReading.h"
 #include "shell/StadiumCatalogue.h"
+#include "wizards/CrowdModule.h"
 
 namespace {
 
@@ -288,4 +289,35 @@ RAVPolygon FixCrowdPolygon(const RAVPolygon& polygon) {
 void FixCrowdPolygons(RAVFile& list) {
     for (RAVPolygon& polygon : list.polygons)
         if (polygon.vertices.size() == 4) polygon = FixCrowdPolygon(polygon);
+}
+
+RAVFile AppendCrowdRows(const std::vector<CrowdRow>& rows, const std::string& groupName, RAVFile list) {
+    if (list.polygons.size() + rows.size() > static_cast<std::size_t>(INT16_MAX))
+        throw std::runtime_error("A list of rows holds at most 32767 polygons.");
+    list.polygons.reserve(list.polygons.size() + rows.size());
+    for (const CrowdRow& row : rows) {
+        RAVPolygon polygon;
+        polygon.vertexCount = 4;
+        polygon.vertices = {row.V[2], row.V[1], row.V[0], row.V[3]};
+        polygon.groupCount = 1;
+        polygon.groups = {RAVGroup{groupName, 0, {}, 0}};
+        list.polygons.push_back(std::move(polygon));
+    }
+    list.polygonCount = static_cast<std::int16_t>(list.polygons.size());
+    return list;
+}
+
+OIFFile BuildCrowdParts(const OIFFile& doc, RAVFile list, bool fixRows) {
+    if (fixRows) FixCrowdPolygons(list);
+    std::vector<CrowdRow> home, away;
+    for (const RAVPolygon& polygon : list.polygons) {
+        if (polygon.groups.size() != 1 || polygon.vertices.size() < 4) continue;
+        const std::vector<OIFVertex>& v = polygon.vertices;
+        const CrowdRow row{{v[2], v[1], v[0], v[3]}};
+        (polygon.groups[0].name == AwayCrowdGroup ? away : home).push_back(row);
+    }
+    OIFFile result = doc;
+    if (!home.empty()) result = AddCrowdParts(result, home, true);
+    if (!away.empty()) result = AddCrowdParts(result, away, false);
+    return result;
 }

@@ -1,0 +1,318 @@
+// The crowd generator: rows up a plane, their dealing to the four crowd parts and the strips
+// that join them, and Import Crowds of RAV text and 3DS models.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+#include "core/ProgramState.h"
+#include "core/Views.h"
+#include "core/myOps.h"
+#include "shell/IniOps.h"
+#include "support/Chunks3DS.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+#include "wizards/CrowdModule.h"
+
+namespace {
+
+using namespace chunks3ds;
+
+OIFVertex At(float x, float y, float z) { return {x, y, z, 0, 0, 0}; }
+
+// A plane with its bottom edge along x from 0 to `width` and its left edge going back (-z) and
+// up, `depth` long across the ground.
+CrowdRow Plane(float width, float depth, float rise = 500) {
+    return CrowdRow{{At(width, rise, -depth), At(width, 0, 0), At(0, 0, 0), At(0, rise, -depth)}};
+}
+
+float Length(const OIFVertex& a, const OIFVertex& b) {
+    return std::hypot(a.X - b.X, a.Y - b.Y, a.Z - b.Z);
+}
+
+// The non-degenerate triangles of a strip, each as its sorted vertex indices.
+std::multiset<std::array<int, 3>> StripTriangles(const std::vector<std::int16_t>& strip) {
+    std::multiset<std::array<int, 3>> triangles;
+    for (std::size_t i = 0; i + 2 < strip.size(); ++i) {
+        std::array<int, 3> t{strip[i], strip[i + 1], strip[i + 2]};
+        std::sort(t.begin(), t.end());
+        if (t[0] != t[1] && t[1] != t[2]) triangles.insert(t);
+    }
+    return triangles;
+}
+
+// A part whose one strip draws each row as its two triangles and nothing else.
+void ExpectOneStripOfRows(const OIFPart& part) {
+    ASSERT_EQ(part.Vertices.size() % 4, 0u);
+    std::multiset<std::array<int, 3>> rows;
+    for (int r = 0; r < static_cast<int>(part.Vertices.size()) / 4; ++r) {
+        rows.insert({4 * r, 4 * r + 1, 4 * r + 2});
+        rows.insert({4 * r + 1, 4 * r + 2, 4 * r + 3});
+    }
+    EXPECT_EQ(StripTriangles(part.Indices), rows) << part.Header.Name.str();
+    EXPECT_EQ(part.Header.VertexCount, static_cast<int>(part.Vertices.size()));
+    EXPECT_EQ(part.Header.IndexCount, static_cast<int>(part.Indices.size()));
+}
+
+std::vector<CrowdRow> Rows(int n) {
+    std::int16_t count = static_cast<std::int16_t>(n);
+    return MakeCrowdRows(Plane(1040, 1000), count, 300, CrowdTileWidth, 0);
+}
+
+class Crowds : public ::testing::Test {
+protected:
+    void SetUp() override {
+        AppFolder = scratch.path();
+        CurrentProject.OIF = NewOIFFile();
+        InstallViews(&views);
+        SeedRandom(2003);
+    }
+    void TearDown() override {
+        InstallViews(nullptr);
+        ResetProgramState();
+    }
+    std::string Put(const std::string& name, const std::vector<std::uint8_t>& bytes) {
+        WriteFile(scratch.file(name), bytes);
+        return scratch.file(name);
+    }
+    struct CountingViews : Views {
+        int refreshed = 0, rebuilt = 0;
+        void RefreshPartsList() override { ++refreshed; }
+        void RebuildPreviews() override { ++rebuilt; }
+    } views;
+    ScratchFolder scratch;
+    ScriptedDesktop desktop;
+};
+
+// Two crowd meshes, the second of the away material, and a triangle that is no row.
+Bytes3DS CrowdModel() {
+    const auto quad = [](float x) {
+        return std::vector<std::array<float, 3>>{{x, 0, 0}, {x + 5.2f, 0, 0}, {x + 5.2f, 0, 1}, {x, 0, 1}};
+    };
+    return File({Material("Home", "rowa.bmp"), Material("Away", "rowb"),
+                 Object("north", {Vertices(quad(0)), Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial("Home")})}),
+                 Object("south", {Vertices(quad(10)), Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial("Away")})}),
+                 Object("flag", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), Faces({{0, 1, 2}})})});
+}
+
+}  // namespace
+
+TEST(MakeCrowdRows, CountsRowsFromTheLeftEdgeAndTheSpacing) {
+    std::int16_t rows = 0;
+    EXPECT_EQ(MakeCrowdRows(Plane(1000, 450), rows, 300, CrowdTileWidth, 150).size(), 3u);
+    EXPECT_EQ(rows, 3);
+    EXPECT_EQ(MakeCrowdRows(Plane(1000, 451), rows, 300, CrowdTileWidth, 150).size(), 4u);
+    EXPECT_EQ(rows, 4);
+    // Only the left edge's length across the ground counts.
+    CrowdRow steep = Plane(1000, 450, 5000);
+    steep.V[0].Z = -5000;
+    EXPECT_EQ(MakeCrowdRows(steep, rows, 300, CrowdTileWidth, 150).size(), 3u);
+
+    rows = 10;
+    const std::vector<CrowdRow> fixed = MakeCrowdRows(Plane(1000, 4510), rows, 300, CrowdTileWidth, 0);
+    ASSERT_EQ(fixed.size(), 10u);
+    EXPECT_FLOAT_EQ(fixed[9].V[2].Z, -4059) << "the last row stands 9/10 of the way up";
+    EXPECT_FLOAT_EQ(fixed[9].V[3].Y, 450 + 300);
+    rows = 0;
+    EXPECT_THROW(MakeCrowdRows(Plane(1000, 450), rows, 300, CrowdTileWidth, 0), std::runtime_error);
+}
+
+TEST(MakeCrowdRows, GivesEachRowItsOwnURangeRunningOppositeToItsNeighbours) {
+    SeedRandom(9);
+    // Top and bottom are not parallel: the right edge is longer, so rows grow longer going up.
+    CrowdRow plane = Plane(1040, 1000);
+    plane.V[0].X = 2080;
+    std::int16_t rows = 6;
+    const std::vector<CrowdRow> made = MakeCrowdRows(plane, rows, 300, CrowdTileWidth, 0);
+    std::set<float> starts;
+    for (std::size_t i = 0; i < made.size(); ++i) {
+        const CrowdRow& r = made[i];
+        const float span = r.V[1].U - r.V[2].U;
+        EXPECT_NEAR(std::fabs(span), Length(r.V[2], r.V[1]) / 520, 1e-5) << "row " << i;
+        EXPECT_EQ(span > 0, i % 2 == 0) << "row " << i << " runs the wrong way";
+        EXPECT_EQ(r.V[3].U, r.V[2].U);
+        EXPECT_EQ(r.V[0].U, r.V[1].U);
+        EXPECT_EQ((std::array<float, 4>{r.V[0].V, r.V[1].V, r.V[2].V, r.V[3].V}), (std::array<float, 4>{0, 1, 1, 0}));
+        EXPECT_FLOAT_EQ(r.V[0].Y - r.V[1].Y, 300);
+        for (const OIFVertex& v : r.V) EXPECT_EQ(v.Shadow, CrowdRowShadow);
+        starts.insert(std::min(r.V[1].U, r.V[2].U));
+    }
+    EXPECT_EQ(starts.size(), made.size()) << "each row starts at a random place";
+}
+
+TEST_F(Crowds, RowsGoToFourNewPartsAsOneStripEach) {
+    const OIFFile doc = AddCrowdParts(CurrentProject.OIF, Rows(40), true);
+    ASSERT_EQ(doc.Header.PartCount, 4);
+    int vertices = 0;
+    for (int i = 0; i < 4; ++i) {
+        const OIFPart& part = doc.Parts[static_cast<std::size_t>(i)];
+        EXPECT_EQ(part.Header.Name, FixedText<28>("Part " + std::to_string(i) + " [rwh" + std::to_string(i) + "]"));
+        EXPECT_EQ(part.Header.Texture, FixedText<4>("rwh" + std::to_string(i)));
+        ExpectOneStripOfRows(part);
+        vertices += part.Header.VertexCount;
+    }
+    EXPECT_EQ(vertices, 160);
+    // Each row's vertices go in as V1, V0, V2, V3.
+    const OIFPart& first = doc.Parts[0];
+    ASSERT_GE(first.Vertices.size(), 4u);
+    EXPECT_EQ(first.Vertices[1].Y - first.Vertices[0].Y, 300);
+    EXPECT_EQ(first.Vertices[0].X, 1040);
+    EXPECT_EQ(first.Vertices[2].X, 0);
+    if (first.Vertices.size() >= 8) {
+        EXPECT_EQ((std::vector<std::int16_t>(first.Indices.begin(), first.Indices.begin() + 10)),
+                  (std::vector<std::int16_t>{0, 1, 2, 3, 3, 4, 4, 5, 6, 7}));
+    }
+
+    const OIFFile away = AddCrowdParts(doc, Rows(4), false);
+    ASSERT_EQ(away.Header.PartCount, 8);
+    EXPECT_EQ(away.Parts[7].Header.Name, FixedText<28>("Part 7 [rwa3]"));
+}
+
+TEST_F(Crowds, DealsRowsOneSixthOneThirdOneThirdOneSixth) {
+    const OIFFile doc = AddCrowdParts(CurrentProject.OIF, Rows(6000), true);
+    const double expected[4] = {1000, 2000, 2000, 1000};
+    for (std::size_t i = 0; i < 4; ++i) {
+        const int rows = doc.Parts[i].Header.VertexCount / 4;
+        // Five standard deviations of the binomial count: 29 for a sixth, 37 for a third.
+        const double sd = std::sqrt(6000 * (expected[i] / 6000) * (1 - expected[i] / 6000));
+        EXPECT_NEAR(rows, expected[i], 5 * sd) << "part " << i;
+    }
+}
+
+TEST_F(Crowds, APlaneAfterAnotherMergesIntoTheSameFourStrips) {
+    CrowdWizardInput input;
+    input.x = {"0", "1040", "1040", "0"};
+    input.y = {"0", "0", "500", "500"};
+    input.z = {"0", "0", "-1000", "-1000"};
+    OIFFile doc = MakeCrowds(CurrentProject.OIF, input);
+    input.z = {"-3000", "-3000", "-4000", "-4000"};
+    doc = MakeCrowds(doc, input);
+    ASSERT_EQ(doc.Header.PartCount, 4);
+    int vertices = 0;
+    for (const OIFPart& part : doc.Parts) {
+        EXPECT_EQ(part.Header.Texture.str().substr(0, 3), "rwh");
+        ExpectOneStripOfRows(part);
+        vertices += part.Header.VertexCount;
+    }
+    EXPECT_EQ(vertices, 2 * 10 * 4);
+
+    input.rows = "0";
+    EXPECT_THROW(MakeCrowds(doc, input), std::runtime_error);
+    input.home = false;
+    input.bySpacing = true;  // 1000 long at 150: 7 rows
+    const OIFFile away = MakeCrowds(doc, input);
+    ASSERT_EQ(away.Header.PartCount, 8);
+    int awayVertices = 0;
+    for (std::size_t i = 4; i < 8; ++i) awayVertices += away.Parts[i].Header.VertexCount;
+    EXPECT_EQ(awayVertices, 7 * 4);
+    EXPECT_EQ(away.Parts[4].Vertices.empty() ? CrowdRowShadow : away.Parts[4].Vertices[0].Shadow, CrowdRowShadow);
+}
+
+TEST_F(Crowds, BuildTakesOneGroupRowsAndOnlyRowbIsAway) {
+    RAVFile list;
+    const std::vector<CrowdRow> rows = Rows(1);
+    for (const char* group : {"rowa", "ROWB", "rowc", "rowb"}) list = AppendCrowdRows(rows, group, std::move(list));
+    ASSERT_EQ(list.polygonCount, 4);
+    EXPECT_EQ(list.polygons[0].vertices[0], rows[0].V[2]);
+    EXPECT_EQ(list.polygons[0].vertices[2], rows[0].V[0]);
+    list.polygons[1].groups.push_back(RAVGroup{"rowb", 0, {}, 0});  // two groups: no row
+    list.polygons[2].vertices.resize(3);                            // too few vertices: no row
+    const OIFFile doc = BuildCrowdParts(CurrentProject.OIF, list, false);
+    ASSERT_EQ(doc.Header.PartCount, 8);
+    int home = 0, away = 0;
+    for (std::size_t i = 0; i < 8; ++i) (i < 4 ? home : away) += doc.Parts[i].Header.VertexCount;
+    EXPECT_EQ(home, 4);
+    EXPECT_EQ(away, 4);
+    EXPECT_EQ(doc.Parts[4].Header.Texture.str().substr(0, 3), "rwa");
+}
+
+TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
+    const std::string rav =
+        "Version=1\r\nNumPoly=1\r\n[P0]\r\nName=\r\nNumVert=4\r\n  0,0,0,0,1,102030\r\n  520,0,0,1,1,102030\r\n"
+        "  520,100,0,1,0,102030\r\n  0,100,0,0,0,102030\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=0\r\nIndices=\r\n";
+    desktop.dialogAnswers = {Put("rows.txt", Bytes().raw(rav).data)};
+    desktop.answers = {MessageAnswer::Yes};
+    WriteConfig("Import", "CrowdHeight", "260");
+    importcrowd();
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    EXPECT_EQ(desktop.messages[0].text, RowHeightQuestion);
+    EXPECT_EQ(desktop.messages[0].title, "Terramason");
+    EXPECT_EQ(desktop.dialogTitles, std::vector<std::string>{"Import crowd polygons..."});
+    ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 4);
+    EXPECT_EQ(CurrentProject.OIF.Parts[0].Header.Texture, FixedText<4>("rwa0"));
+    std::vector<OIFVertex> all;
+    for (const OIFPart& part : CurrentProject.OIF.Parts) all.insert(all.end(), part.Vertices.begin(), part.Vertices.end());
+    ASSERT_EQ(all.size(), 4u);
+    float top = 0;
+    for (const OIFVertex& v : all) {
+        EXPECT_EQ(v.Shadow, 0x102030FFu);
+        top = std::max(top, v.Y);
+    }
+    EXPECT_EQ(top, 260);
+    EXPECT_EQ(CrowdHeightInForce, 0);
+    EXPECT_EQ(views.refreshed, 1);
+    EXPECT_EQ(views.rebuilt, 1);
+}
+
+TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
+    const std::string model = Put("crowd.3ds", CrowdModel());
+    EXPECT_TRUE(ImportCrowdFile(model, 0));
+    ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 8);
+    std::vector<OIFVertex> home, away;
+    for (std::size_t i = 0; i < 8; ++i)
+        for (const OIFVertex& v : CurrentProject.OIF.Parts[i].Vertices) (i < 4 ? home : away).push_back(v);
+    ASSERT_EQ(home.size(), 4u);
+    ASSERT_EQ(away.size(), 4u);
+    for (const OIFVertex& v : home) {
+        EXPECT_EQ(v.Shadow, 0u);
+        EXPECT_TRUE(v.Y == 0 || v.Y == 100) << "the file's height is kept";
+        EXPECT_TRUE(v.Z == 0) << "3DS y becomes -z";
+    }
+    EXPECT_GE(away[0].X, 1000);
+
+    // Answered Yes while the key is missing, the result is that of No.
+    SeedRandom(5);
+    CurrentProject.OIF = NewOIFFile();
+    desktop.dialogAnswers = {model};
+    desktop.answers = {MessageAnswer::No};
+    importcrowd();
+    const OIFFile answeredNo = CurrentProject.OIF;
+    SeedRandom(5);
+    CurrentProject.OIF = NewOIFFile();
+    desktop.dialogAnswers = {model};
+    desktop.answers = {MessageAnswer::Yes};
+    importcrowd();
+    EXPECT_EQ(CurrentProject.OIF, answeredNo);
+}
+
+TEST_F(Crowds, ImportEndsQuietlyOnCancelAndLeavesTheDocumentOnARefusal) {
+    desktop.dialogAnswers = {""};
+    importcrowd();
+    desktop.dialogAnswers = {scratch.file("missing.txt")};
+    importcrowd();
+    EXPECT_TRUE(desktop.messages.empty());
+    desktop.dialogAnswers = {Put("bad.txt", Bytes().raw("Version=1\r\nNumPoly=3\r\n").data)};
+    desktop.answers = {MessageAnswer::Yes};
+    WriteConfig("Import", "CrowdHeight", "260");
+    importcrowd();
+    ASSERT_EQ(desktop.messages.size(), 2u);
+    EXPECT_EQ(desktop.messages[1].text.rfind("Invalid RAV file!", 0), 0u);
+    EXPECT_EQ(CurrentProject.OIF, NewOIFFile());
+    EXPECT_EQ(CrowdHeightInForce, 0);
+    EXPECT_EQ(views.rebuilt, 0);
+}
+
+TEST_F(Crowds, TheWizardFromAFileFillsEachFourVertexMesh) {
+    CrowdWizardInput input;
+    input.fromFile = true;
+    input.file = Put("planes.3ds", CrowdModel());
+    input.rows = "3";
+    const OIFFile doc = MakeCrowds(CurrentProject.OIF, input);
+    int vertices = 0;
+    for (const OIFPart& part : doc.Parts) vertices += part.Header.VertexCount;
+    EXPECT_EQ(vertices, 2 * 3 * 4) << "both crowd meshes, home, whatever their material";
+    EXPECT_EQ(doc.Header.PartCount, 4);
+
+    input.file = Put("flag.3ds", File({Object("flag", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), Faces({{0, 1, 2}})})}));
+    EXPECT_EQ(MakeCrowds(CurrentProject.OIF, input), CurrentProject.OIF);
+}
