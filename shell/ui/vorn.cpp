@@ -34,6 +34,8 @@
 #include "editors/ui/vornselectobj.h"
 #include "editors/ui/vorntexture.h"
 #include "exchange/ui/rhinoravconv.h"
+#include "wizards/AdboardOps.h"
+#include "wizards/CrowdModule.h"
 
 namespace {
 vorn* liveFrame = nullptr;
@@ -468,17 +470,11 @@ void vorn::tickoifform() {
 
 // ---- Project
 
-void vorn::importcrowd() {
-    // importcrowd of the crowd generator: its file dialog and the rows it deals, once it exists.
-}
+void vorn::importcrowd() { ::importcrowd(); }
 
-void vorn::importadboard() {
-    // importadboard: the adboard parts from a 3DS file, once the adboard builder exists.
-}
+void vorn::importadboard() { ::importadboard(); }
 
-void vorn::importbanner() {
-    // importbanner: the banner parts from a 3DS file, once the banner builder exists.
-}
+void vorn::importbanner() { ::importbanner(); }
 
 // The lists are not refreshed: they keep their rows until the next refresh.
 void vorn::mergetextures() { MergeSameTexture(CurrentProject.OIF, false); }
