@@ -42,20 +42,3 @@ TEST(RandomBetween, StaysInItsRangeAndRepeatsWithTheSameSeed) {
     EXPECT_EQ(whole, (std::set<double>{0, 1, 2, 3}));
     EXPECT_THROW(RandomBetween(40000, 40001, true), std::overflow_error);
 }
-
-TEST(RotatePoint, TurnsAboutYThenXThenZ) {
-    const float quarter = static_cast<float>(DegToRad(90));
-    Point3 p = RotatePoint({1, 0, 0}, {0, quarter, 0});
-    EXPECT_NEAR(p.x, 0, 1e-6);
-    EXPECT_NEAR(p.z, -1, 1e-6);
-    // About Y first, (1, 0, 0) goes to (0, 0, -1); about X then to (0, 1, 0). The other way
-    // round X would leave it alone and Y would take it to (0, 0, -1).
-    p = RotatePoint({1, 0, 0}, {quarter, quarter, 0});
-    EXPECT_NEAR(p.x, 0, 1e-6);
-    EXPECT_NEAR(p.y, 1, 1e-6);
-    EXPECT_NEAR(p.z, 0, 1e-6);
-    p = RotatePoint({0, 0, 1}, {0, quarter, quarter});
-    // Y: (0, 0, 1) -> (1, 0, 0); Z: -> (0, 1, 0).
-    EXPECT_NEAR(p.x, 0, 1e-6);
-    EXPECT_NEAR(p.y, 1, 1e-6);
-}

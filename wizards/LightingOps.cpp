@@ -1,0 +1,47 @@
+#include "wizards/LightingOps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <stdexcept>
+
+#include "core/NumberText.h"
+#include "core/myOps.h"
+
+namespace {
+
+double Distance(const OIFVertex& v) {
+    const double x = v.X, y = v.Y, z = v.Z;
+    return std::sqrt(x * x + y * y + z * z);
+}
+
+}  // namespace
+
+OIFFile ApplyLighting(const OIFFile& doc, const std::string& originText) {
+    double farthest = 0;
+    bool anyVertex = false;
+    for (const OIFPart& part : doc.Parts)
+        for (const OIFVertex& v : part.Vertices) {
+            farthest = std::max(farthest, Distance(v));
+            anyVertex = true;
+        }
+    if (anyVertex && !(farthest > 0))
+        throw std::runtime_error("All vertices lie at the origin, so there is no distance to light them by.");
+    const double p = std::clamp(LeadingNumber(originText), 0.0, 100.0) / 100;
+    OIFFile lit = doc;
+    for (OIFPart& part : lit.Parts)
+        for (OIFVertex& v : part.Vertices) {
+            const double g = std::nearbyint(240 - Distance(v) / farthest * 210);
+            const auto s = static_cast<std::uint32_t>(std::nearbyint((g - FarthestGrey) * p) + FarthestGrey);
+            v.Shadow = 0xFF000000u + s * 65536u + s * 256u + s;
+        }
+    return lit;
+}
+
+int LightingKeyFilter(int key, const std::string& text) {
+    if (key == KeyTab || key == KeyEnter || key == KeyBackspace) return key;
+    if (key == '.') return text.find('.') == std::string::npos ? key : 0;
+    if (key < '0' || key > '9') return 0;
+    if (key == '0' && text == "0") return 0;
+    return LeadingNumber(text + static_cast<char>(key)) < 0 ? 0 : key;
+}

@@ -1,0 +1,20 @@
+#pragma once
+// The Stadium Lighting Wizard's light: a grey baked into every vertex's shadow colour by its
+// distance from the origin, brightest at the centre and darkest at the farthest vertex.
+#include <string>
+
+#include "core/oif.h"
+
+// The grey of the farthest vertex, whatever the wizard's "Furthest point:" box says.
+inline constexpr int FarthestGrey = 30;
+
+// The document with every vertex of every part lit: g = 240 - d / D * 210 rounded, where D is
+// the greatest distance of any vertex, then grey (g - 30) * p rounded + 30 with p the origin's
+// brightness in percent (`originText` read as the box reads it, clamped to 0..100). Throws
+// std::runtime_error when vertices exist and all of them lie at the origin.
+OIFFile ApplyLighting(const OIFFile& doc, const std::string& originText);
+
+// The key filter of the two brightness boxes: digits, one ".", Tab, Enter and Backspace; a "0"
+// is dropped when the box holds just "0", and a key that would make the value negative is
+// dropped. Returns the key if it may pass, else 0.
+int LightingKeyFilter(int key, const std::string& text);
