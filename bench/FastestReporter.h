@@ -2,6 +2,7 @@
 // Shared by the benchmarks: each is run ten times and its fastest run kept, so that a target can
 // be read as a ratio to its reference measured in the same run.
 #include <algorithm>
+#include <cstdio>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,6 +14,12 @@ inline double Fastest(const std::vector<double>& times) { return *std::min_eleme
 
 inline void TenRuns(benchmark::internal::Benchmark* b) {
     b->Unit(benchmark::kMillisecond)->UseRealTime()->Repetitions(10)->ReportAggregatesOnly(true);
+    b->ComputeStatistics("min", Fastest);
+}
+
+// For a reference that takes seconds a run: three runs are enough to find its fastest.
+inline void ThreeRuns(benchmark::internal::Benchmark* b) {
+    b->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1)->Repetitions(3)->ReportAggregatesOnly(true);
     b->ComputeStatistics("min", Fastest);
 }
 
@@ -38,6 +45,17 @@ public:
     }
     std::map<std::string, double> fastest;
 };
+
+// Prints the fastest time of `fast` and how many times faster it is than `reference`, under the
+// heading `what`; true when it is under `mostSeconds` and at least `leastSpeedup` times faster.
+inline bool ReportSpeedup(const FastestReporter& reporter, const std::string& fast, const std::string& reference,
+                          const std::string& what, double mostSeconds, double leastSpeedup) {
+    const double seconds = reporter.Seconds(fast);
+    const double speedup = reporter.Ratio(reference, fast);
+    std::printf("\n%s: %.3f s, %.0fx faster than %s (targets: under %g s, at least %gx)\n", what.c_str(), seconds,
+                speedup, reference.c_str(), mostSeconds, leastSpeedup);
+    return seconds > 0 && seconds < mostSeconds && speedup >= leastSpeedup;
+}
 
 // Reads benchmark's own arguments and runs every benchmark with `reporter`; false when an
 // argument was not understood.

@@ -1,6 +1,5 @@
 // Making one part of a 3DS model: the grid weld and hashed duplicate removal against the
 // pairwise comparisons that define them, on a 30,000-vertex model, weld off and on.
-#include <cstdio>
 #include <random>
 
 #include "FastestReporter.h"
@@ -60,12 +59,6 @@ void BM_Make3DSPart_WeldOn(benchmark::State& state) { Run(state, Make3DSPartFrom
 void BM_Pairwise_WeldOff(benchmark::State& state) { Run(state, Make3DSPartReference, false); }
 void BM_Pairwise_WeldOn(benchmark::State& state) { Run(state, Make3DSPartReference, true); }
 
-// The pairwise method takes seconds a run: three runs are enough to find its fastest.
-void ThreeRuns(benchmark::internal::Benchmark* b) {
-    b->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1)->Repetitions(3)->ReportAggregatesOnly(true);
-    b->ComputeStatistics("min", Fastest);
-}
-
 BENCHMARK(BM_Make3DSPart_WeldOff)->Apply(TenRuns);
 BENCHMARK(BM_Pairwise_WeldOff)->Apply(ThreeRuns);
 BENCHMARK(BM_Make3DSPart_WeldOn)->Apply(TenRuns);
@@ -77,14 +70,8 @@ int main(int argc, char** argv) {
     FastestReporter reporter;
     if (!RunAllBenchmarks(argc, argv, reporter)) return 1;
     bool met = true;
-    for (const char* mode : {"WeldOff", "WeldOn"}) {
-        const std::string fast = std::string("BM_Make3DSPart_") + mode, plain = std::string("BM_Pairwise_") + mode;
-        const double seconds = reporter.Seconds(fast);
-        const double speedup = reporter.Ratio(plain, fast);
-        std::printf("\nMake3DSPart, 30,000 vertices, %s: %.3f s, %.0fx faster than the pairwise method "
-                    "(targets: under 0.2 s, at least 50x)\n",
-                    mode, seconds, speedup);
-        met = met && seconds > 0 && seconds < 0.2 && speedup >= 50;
-    }
+    for (const char* mode : {"WeldOff", "WeldOn"})
+        met = ReportSpeedup(reporter, std::string("BM_Make3DSPart_") + mode, std::string("BM_Pairwise_") + mode,
+                            std::string("Make3DSPart, 30,000 vertices, ") + mode, 0.2, 50) && met;
     return met ? 0 : 3;
 }

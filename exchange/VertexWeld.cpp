@@ -1,11 +1,35 @@
 #include "exchange/VertexWeld.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <numeric>
 #include <unordered_map>
+
+namespace {
+
+constexpr std::uint32_t None = 0xFFFFFFFFu;
+
+struct Cell {
+    std::int64_t x, y, z;
+    bool operator==(const Cell&) const = default;
+};
+
+// Lexicographic order, in which the cells of one row along z lie side by side.
+bool operator<(const Cell& a, const Cell& b) {
+    if (a.x != b.x) return a.x < b.x;
+    if (a.y != b.y) return a.y < b.y;
+    return a.z < b.z;
+}
+
+struct Member {
+    Cell cell;
+    std::uint32_t vertex;
+};
+
+}  // namespace
 
 // The same outcome as the pairwise rule without comparing every pair. Vertices that share a place
 // form a group whose place never changes; a weld moves a whole group onto the group of the
@@ -19,7 +43,6 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
     const double cellSize = t * 1.01;
     constexpr double gridLimit = 2199023255552.0;    // 2^41 cells from the origin
     constexpr double farFrom = 1099511627776.0 - 2;  // 2^40 - 2
-    constexpr std::uint32_t None = 0xFFFFFFFFu;
 
     std::vector<std::uint32_t> parent(n);
     std::iota(parent.begin(), parent.end(), 0u);
@@ -30,24 +53,10 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         return x;
     };
 
-    struct Cell {
-        std::int64_t x, y, z;
-        bool operator==(const Cell&) const = default;
-    };
-    struct CellHash {
-        std::size_t operator()(const Cell& c) const {
-            std::uint64_t h = static_cast<std::uint64_t>(c.x) * 0x9E3779B97F4A7C15ull;
-            h ^= static_cast<std::uint64_t>(c.y) * 0xC2B2AE3D27D4EB4Full + (h << 6) + (h >> 2);
-            h ^= static_cast<std::uint64_t>(c.z) * 0x165667B19E3779F9ull + (h << 6) + (h >> 2);
-            return static_cast<std::size_t>(h);
-        }
-    };
-
-    // Number the occupied cells, then lay their members out cell by cell.
-    std::unordered_map<Cell, std::uint32_t, CellHash> cellNumber;
-    cellNumber.reserve(n);
-    std::vector<Cell> cells;
-    std::vector<std::uint32_t> cellOf(n, None), farList;
+    // The vertices sorted by cell, which lays the members of each cell out side by side.
+    std::vector<Member> sorted;
+    sorted.reserve(n);
+    std::vector<std::uint32_t> farList;
     for (std::uint32_t i = 0; i < n; ++i) {
         const OIFVertex& p = place[i];
         // A place with no finite coordinates is never near anything.
@@ -56,31 +65,43 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         const double q = std::max({std::fabs(qx), std::fabs(qy), std::fabs(qz)});
         if (q >= farFrom) farList.push_back(i);
         if (q >= gridLimit) continue;
-        const Cell c{static_cast<std::int64_t>(std::floor(qx)), static_cast<std::int64_t>(std::floor(qy)),
-                     static_cast<std::int64_t>(std::floor(qz))};
-        const auto [it, added] = cellNumber.try_emplace(c, static_cast<std::uint32_t>(cells.size()));
-        if (added) cells.push_back(c);
-        cellOf[i] = it->second;
+        sorted.push_back({{static_cast<std::int64_t>(std::floor(qx)), static_cast<std::int64_t>(std::floor(qy)),
+                           static_cast<std::int64_t>(std::floor(qz))},
+                          i});
+    }
+    std::sort(sorted.begin(), sorted.end(), [](const Member& a, const Member& b) {
+        return a.cell < b.cell || (a.cell == b.cell && a.vertex < b.vertex);
+    });
+    std::vector<Cell> cells;
+    std::vector<std::uint32_t> begin, end, members(sorted.size()), cellOf(n, None);
+    for (std::size_t k = 0; k < sorted.size(); ++k) {
+        if (k == 0 || !(sorted[k].cell == sorted[k - 1].cell)) {
+            cells.push_back(sorted[k].cell);
+            begin.push_back(static_cast<std::uint32_t>(k));
+        }
+        members[k] = sorted[k].vertex;
+        cellOf[sorted[k].vertex] = static_cast<std::uint32_t>(cells.size() - 1);
     }
     const std::size_t cellCount = cells.size();
-    std::vector<std::uint32_t> begin(cellCount + 1, 0), end(cellCount), members(n);
-    for (std::uint32_t i = 0; i < n; ++i)
-        if (cellOf[i] != None) ++begin[cellOf[i] + 1];
-    for (std::size_t c = 0; c < cellCount; ++c) begin[c + 1] += begin[c];
-    std::copy(begin.begin(), begin.end() - 1, end.begin());
-    for (std::uint32_t i = 0; i < n; ++i)
-        if (cellOf[i] != None) members[end[cellOf[i]]++] = i;
+    end.assign(begin.begin(), begin.end());
+    end.erase(end.begin());
+    end.push_back(static_cast<std::uint32_t>(sorted.size()));
 
-    // The occupied cells around each cell, found once per cell rather than once per vertex.
+    // The occupied cells around each cell. For each of the nine rows along z next to a cell's
+    // own, the row's first cell in sorted order only moves forward from one cell to the next,
+    // so nine cursors walking with the cells find them all without a lookup.
     std::vector<std::uint32_t> aroundBegin(cellCount + 1, 0), around;
     around.reserve(cellCount * 9);
+    std::array<std::size_t, 9> cursor{};
     for (std::size_t c = 0; c < cellCount; ++c) {
-        for (std::int64_t dx = -1; dx <= 1; ++dx)
-            for (std::int64_t dy = -1; dy <= 1; ++dy)
-                for (std::int64_t dz = -1; dz <= 1; ++dz) {
-                    const auto it = cellNumber.find(Cell{cells[c].x + dx, cells[c].y + dy, cells[c].z + dz});
-                    if (it != cellNumber.end()) around.push_back(it->second);
-                }
+        for (std::size_t o = 0; o < 9; ++o) {
+            const std::int64_t dx = static_cast<std::int64_t>(o / 3) - 1, dy = static_cast<std::int64_t>(o % 3) - 1;
+            const Cell low{cells[c].x + dx, cells[c].y + dy, cells[c].z - 1};
+            const Cell high{cells[c].x + dx, cells[c].y + dy, cells[c].z + 1};
+            std::size_t& k = cursor[o];
+            while (k < cellCount && cells[k] < low) ++k;
+            for (std::size_t m = k; m < cellCount && !(high < cells[m]); ++m) around.push_back(static_cast<std::uint32_t>(m));
+        }
         aroundBegin[c + 1] = static_cast<std::uint32_t>(around.size());
     }
 

@@ -1,0 +1,184 @@
+// The sheet's rules without the window: sizes on load and reset, the bounds check with its
+// messages, the drag with both snaps, the handles and the arrow keys, and layout files.
+#include <gtest/gtest.h>
+
+#include "importer/AtlasLayout.h"
+#include "importer/LayoutFile.h"
+#include "support/ScriptedDesktop.h"
+
+namespace {
+
+TextureBox Box(std::int32_t left, std::int32_t top, std::int32_t width, std::int32_t height, bool visible = true) {
+    return {left, top, width, height, visible};
+}
+
+std::vector<ImportTexture> Named(std::initializer_list<const char*> names) {
+    std::vector<ImportTexture> out;
+    for (const char* n : names) {
+        out.emplace_back();
+        out.back().Name = n;
+    }
+    return out;
+}
+
+// The outer size of the designed window in twips, with a frame round the client area.
+constexpr std::int32_t WideTwips = 688 * TwipsPerPixel, HighTwips = 577 * TwipsPerPixel;
+
+TEST(ImporterSizes, LoadCentresAtPixelSizeAndResetIsFifteenTimesThat) {
+    EXPECT_EQ(NaturalBox({128, 64}, 512, 512), Box(192, 224, 128, 64, false));
+    EXPECT_EQ(NaturalBox({255, 1}, 512, 512), Box(128, 256, 255, 1, false)) << "128.5 and 255.5 round to even";
+    EXPECT_EQ(ResetSize(256), 3840);
+    EXPECT_EQ(ResetSize(128), 1920);
+    EXPECT_EQ(ResetSize(1), 15);
+    TextureBox box = Box(5, 5, 256, 256, true);
+    ResetBox(box, {256, 64}, 512, 512);
+    EXPECT_EQ(box, Box(-1664, -224, 3840, 960, true));
+    EXPECT_EQ(CheckBoundsOf({box}, Named({"big.bmp"}), WideTwips, HighTwips).message,
+              "Texture 'big.bmp' is out of image boundaries.");
+    EXPECT_EQ(ChequerCell(512), 10);
+    EXPECT_EQ(SheetWidthFor(1), 256);
+    EXPECT_EQ(WindowWidthForSheet(672, 156, 512, 256), 416);
+    EXPECT_EQ(WindowWidthForSheet(416, 156, 256, 512), 672);
+}
+
+TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
+    ScriptedDesktop desktop;
+    const auto names = Named({"a.bmp", "b.bmp", "c.bmp"});
+    auto check = [&](std::vector<TextureBox> boxes) { return CheckBoundsOf(boxes, names, WideTwips, HighTwips); };
+    // Unmapped hides the overlap that follows.
+    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(0, 0, 10, 10), Box(50, 0, 10, 10, false)}).message,
+              "Not all textures mapped!");
+    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(-1, 20, 10, 10), Box(0, 0, 10, 10)}).message,
+              "Texture 'b.bmp' is out of image boundaries.");
+    EXPECT_EQ(check({Box(0, -1, 10, 10)}).message, "Texture 'a.bmp' is out of image boundaries.");
+    // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
+    EXPECT_TRUE(check({Box(480, 500, 100, 100)}).ok);
+    EXPECT_FALSE(check({Box(0, 0, WideTwips + 1, 10)}).ok);
+    EXPECT_FALSE(check({Box(0, 0, 10, HighTwips + 1)}).ok);
+    // A shared edge at x = 100 passes; 99 against 100 overlaps.
+    const BoundsReport touching = check({Box(0, 0, 100, 50), Box(100, 0, 50, 50), Box(0, 50, 100, 10)});
+    EXPECT_TRUE(touching.ok);
+    EXPECT_EQ(touching.message, "All bounds are fine.");
+    EXPECT_EQ(check({Box(0, 0, 100, 50), Box(200, 0, 50, 50), Box(99, 40, 10, 10)}).message,
+              "Textures 'a.bmp' and 'c.bmp' are overlapping.");
+    EXPECT_TRUE(CheckBoundsOf({Box(3, 3, 10, 10)}, Named({"x"}), WideTwips, HighTwips).ok);
+
+    EXPECT_FALSE(CheckBounds({Box(0, 0, 1, 1, false)}, names, WideTwips, HighTwips, false));
+    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_TRUE(CheckBounds({Box(0, 0, 1, 1)}, names, WideTwips, HighTwips, true));
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    EXPECT_EQ(desktop.messages[0].title, "Check Bounds");
+    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Information);
+}
+
+// A drag of texture `moving` by dx, dy: the mouse goes down at (0, 0) of its box and moves.
+BoxPlace Drag(const std::vector<TextureBox>& boxes, std::size_t moving, double dx, double dy, SnapRules snap,
+              std::int32_t sheetWidth = 512) {
+    return DragPlace(boxes, moving, dx, dy, 0, 0, sheetWidth, SheetHeight, snap);
+}
+
+TEST(ImporterDrag, SnapsToTheSheetsEdgesWithinThreePixels) {
+    const std::vector<TextureBox> one = {Box(100, 100, 128, 64)};
+    EXPECT_EQ(Drag(one, 0, -107.4, -260, {false, false}), (BoxPlace{-7, -160}));
+    EXPECT_EQ(Drag(one, 0, -97, -96, {true, false}), (BoxPlace{0, 4}));
+    EXPECT_EQ(Drag(one, 0, -96, -103, {true, false}), (BoxPlace{4, 0}));
+    EXPECT_EQ(Drag(one, 0, 283, 351, {true, false}), (BoxPlace{384, 448})) << "383 + 128 is 1 short of 512";
+    EXPECT_EQ(Drag(one, 0, 283, 351, {true, false}, 256), (BoxPlace{383, 448}));
+}
+
+TEST(ImporterDrag, SnapsToOtherMappedTexturesInListOrderTheLastHitStanding) {
+    // The other texture's right edge is at 100; the moving one faces it at the same height.
+    std::vector<TextureBox> boxes = {Box(0, 200, 100, 50), Box(300, 200, 40, 40)};
+    for (int left = 96; left <= 104; ++left) {
+        const BoxPlace p = Drag(boxes, 1, left - 300, 0, {false, true});
+        EXPECT_EQ(p.Left, left == 96 || left == 104 ? left : 100) << left;
+    }
+    // Above it by more than the strips reach: no snap. Just within: snaps.
+    EXPECT_EQ(Drag(boxes, 1, -199, -44, {false, true}).Left, 101);
+    EXPECT_EQ(Drag(boxes, 1, -199, -43, {false, true}).Left, 100);
+    // Tops and bottoms: a top edge 2 under the other's bottom snaps onto it.
+    EXPECT_EQ(Drag(boxes, 1, -290, 52, {false, true}), (BoxPlace{10, 250}));
+    EXPECT_EQ(Drag(boxes, 1, -290, -38, {false, true}), (BoxPlace{10, 160}));
+    // Unmapped textures are no targets.
+    boxes[0].Visible = false;
+    EXPECT_EQ(Drag(boxes, 1, -199, 0, {false, true}).Left, 101);
+    // A later texture undoes an earlier one's snap, and the texture snap undoes the edge snap.
+    // Here the edge snap puts the left at 0, texture 0 (right edge at 1) at 1, texture 2 (right
+    // edge at 2) at 2.
+    boxes = {Box(-101, 0, 102, 100), Box(300, 0, 40, 40), Box(-98, 0, 100, 100)};
+    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, false}).Left, 0);
+    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, true}).Left, 2);
+    boxes[2].Visible = false;
+    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, true}).Left, 1);
+}
+
+TEST(ImporterHandles, SitOutsideTheBoxAndResizeWithoutGoingBelowZero) {
+    const auto places = HandlePlaces(Box(100, 50, 41, 20), 6);
+    const std::array<HandlePlace, 8> expected{{{94, 44}, {118, 44}, {141, 44}, {94, 57}, {141, 57}, {94, 70},
+                                               {118, 70}, {141, 70}}};
+    EXPECT_EQ(places, expected) << "(41 - 6) / 2 is 17.5 and rounds to 18";
+
+    TextureBox box = Box(100, 50, 40, 20);
+    ResizeByHandle(box, 1, 5, -5);
+    EXPECT_EQ(box, Box(105, 45, 35, 25));
+    ResizeByHandle(box, 8, -10, 10);
+    EXPECT_EQ(box, Box(105, 45, 25, 35));
+    ResizeByHandle(box, 2, 50, 50);
+    EXPECT_EQ(box, Box(105, 95, 25, 35)) << "the top moves on, the refused height stays";
+    ResizeByHandle(box, 4, 30, 0);
+    EXPECT_EQ(box, Box(135, 95, 25, 35));
+    ResizeByHandle(box, 5, 7, 99);
+    ResizeByHandle(box, 7, 99, -5);
+    EXPECT_EQ(box, Box(135, 95, 32, 30));
+    ResizeByHandle(box, 3, -40, 0);
+    ResizeByHandle(box, 6, 0, -31);
+    EXPECT_EQ(box, Box(135, 95, 32, 30));
+}
+
+TEST(ImporterKeys, ArrowsMoveAndWithShiftSizeAtTheRightAndBottom) {
+    TextureBox box = Box(10, 10, 20, 20);
+    ArrowKeyStep(box, ArrowKey::Left, false, false);
+    ArrowKeyStep(box, ArrowKey::Down, false, true);
+    EXPECT_EQ(box, Box(9, 15, 20, 20));
+    ArrowKeyStep(box, ArrowKey::Left, true, true);
+    ArrowKeyStep(box, ArrowKey::Down, true, false);
+    EXPECT_EQ(box, Box(9, 15, 15, 21));
+    box.Height = 3;
+    ArrowKeyStep(box, ArrowKey::Up, true, true);
+    EXPECT_EQ(box.Height, 3) << "a height below zero is refused";
+    EXPECT_EQ(DragStatusText(Box(-3, 7, 128, 64)), "(-3, 7) 128x64");
+}
+
+TEST(ImporterLayoutFile, PlacesNamedTexturesAndRefusesWhatItCannotPlace) {
+    const LayoutFile layout = ParseLayoutFile(
+        R"({"wall.bmp": {"left": 0, "top": 2.5, "width": 128, "height": 64},
+            "Tribüne.bmp": {"left": -4, "top": 0, "width": 0, "height": 1, "mapped": false}})");
+    ASSERT_EQ(layout.error, "");
+    auto textures = Named({"pitch.bmp", "wall.bmp", "Trib\xFCne.bmp"});
+    std::vector<TextureBox> boxes(3, Box(9, 9, 9, 9, false));
+    EXPECT_EQ(ApplyLayout(layout, textures, boxes), "");
+    EXPECT_EQ(boxes, (std::vector<TextureBox>{Box(9, 9, 9, 9, false), Box(0, 2, 128, 64), Box(-4, 0, 0, 1, false)}));
+
+    textures.pop_back();
+    EXPECT_EQ(ApplyLayout(layout, textures, boxes), "The layout places \"Tribüne.bmp\", which is not a texture of the model.");
+    const std::pair<const char*, const char*> refused[] = {
+        {"[1]", "The layout is not a JSON object of texture names."},
+        {R"({"a": 3})", "The layout's entry \"a\" is not an object."},
+        {R"({"a": {"left": 0, "top": 0, "width": 1}})", "The layout gives no \"height\" of \"a\"."},
+        {R"({"a": {"left": "0", "top": 0, "width": 1, "height": 1}})", "The layout's \"left\" of \"a\" is not a number."},
+        {R"({"a": {"left": 0, "top": 0, "width": -1, "height": 1}})", "The layout's \"width\" of \"a\" is below zero."},
+        {R"({"a": {"left": 1e7, "top": 0, "width": 1, "height": 1}})", "The layout's \"left\" of \"a\" is out of range."},
+        {R"({"a": {"left": 0, "top": 0, "width": 1, "height": 1, "mapped": 1}})",
+         "The layout's \"mapped\" of \"a\" is not true or false."},
+        {R"({"a": {"left": 0, "top": 0, "width": 1, "height": 1, "wdth": 1}})",
+         "The layout's entry \"a\" has an unknown key \"wdth\"."},
+    };
+    for (const auto& [text, message] : refused) {
+        const LayoutFile bad = ParseLayoutFile(text);
+        EXPECT_EQ(bad.error, message) << text;
+        EXPECT_TRUE(bad.entries.empty());
+    }
+    EXPECT_EQ(ParseLayoutFile("{").error.rfind("The layout is not JSON: ", 0), 0u);
+}
+
+}  // namespace
