@@ -10,6 +10,7 @@
 #include <string>
 
 #include "cli/JsonOut.h"
+#include "cli/WizardVerbs.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/binaryOps.h"
@@ -64,6 +65,9 @@ int Resave(const std::string& in, const std::string& out) {
     return ExitDone;
 }
 
+}  // namespace
+
+// Shared with the verbs of the generators and wizards.
 // The document a changing verb starts from: --into, or the empty stadium. False when refused.
 bool StartDocument(const std::string& into, OIFFile& doc) {
     if (into.empty()) {
@@ -81,7 +85,7 @@ int SaveDocument(OIFFile& doc, const std::string& out) {
 }
 
 // "0,2,5": part indices counted from 0. Throws CLI::ValidationError on anything else.
-std::vector<bool> HiddenParts(const std::string& list, std::size_t parts) {
+std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const char* option) {
     std::vector<bool> shown(parts, true);
     if (list.empty()) return shown;
     std::size_t start = 0;
@@ -96,12 +100,14 @@ std::vector<bool> HiddenParts(const std::string& list, std::size_t parts) {
             used = 0;
         }
         if (used != item.size() || item.empty() || index < 0)
-            throw CLI::ValidationError("--hide", "\"" + item + "\" is not a part index");
+            throw CLI::ValidationError(option, "\"" + item + "\" is not a part index");
         if (static_cast<std::size_t>(index) < parts) shown[static_cast<std::size_t>(index)] = false;
         start = end + 1;
     }
     return shown;
 }
+
+namespace {
 
 int Import(const std::string& file, const std::string& into, const std::string& out) {
     OIFFile doc;
@@ -316,6 +322,20 @@ const std::vector<Verb>& Verbs() {
         {"dump-rav", "FILE.txt", "Print RAV exported text as JSON", DeclareDumpRAV},
         {"rav-script", "RAV.txt SCRIPT.txt TEXPATH", "Write the Rhinoceros script of a RAV export, as the RAV Convertor does",
          DeclareRAVScript},
+        {"crowds", "FILE.txt|FILE.3ds [--into DOC] -o OUT [--fix-height H] [--seed N]",
+         "Deal crowd rows to the crowd parts, as Import Crowds does", DeclareCrowds},
+        {"crowd-wizard",
+         "(--corners \"X,Y,Z;X,Y,Z;X,Y,Z;X,Y,Z\" | --planes FILE.3ds) [--rows N] [--spacing S] [--row-height H] [--away] "
+         "[--into DOC] -o OUT [--seed N]",
+         "Fill planes with crowd rows, as the Crowd Building Wizard does", DeclareCrowdWizard},
+        {"adboards", "FILE.3ds [--into DOC] -o OUT", "Add adboard parts, as Import Adboards does", DeclareAdboards},
+        {"banners", "FILE.3ds [--away] [--into DOC] -o OUT", "Add banner and flag parts, as Import Banners does",
+         DeclareBanners},
+        {"light", "DOC [--origin P] -o OUT", "Light every vertex by its distance, as the Stadium Lighting Wizard does",
+         DeclareLight},
+        {"transform",
+         "DOC [--parts LIST] [--scale X,Y,Z] [--rotate X,Y,Z] [--translate X,Y,Z] [--mirror AXES] [--flip-u] [--flip-v] -o OUT",
+         "Scale, rotate, translate and mirror parts, as the Stadium Transformation Wizard does", DeclareTransform},
     };
     return verbs;
 }

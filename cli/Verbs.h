@@ -3,11 +3,13 @@
 // command line chooses it, it leaves its work in `run`, which main calls once parsing is done,
 // so that a wrong argument stops everything before any file is touched.
 #include <functional>
+#include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/CliDesktop.h"
+#include "core/oif.h"
 
 enum ExitStatus : int { ExitDone = 0, ExitFailed = 1, ExitUsage = 2 };
 
@@ -22,3 +24,11 @@ struct Verb {
 
 // Every verb, in the order the help lists them.
 const std::vector<Verb>& Verbs();
+
+// What the verbs that change a document share.
+// The document a changing verb starts from: --into, or the empty stadium. False when refused.
+bool StartDocument(const std::string& into, OIFFile& doc);
+int SaveDocument(OIFFile& doc, const std::string& out);
+// "0,2,5": part indices counted from 0, as flags with the listed parts false. Throws
+// CLI::ValidationError naming `option` on anything else.
+std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const char* option = "--hide");

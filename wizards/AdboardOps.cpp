@@ -49,12 +49,7 @@ RAVFile ListOfMeshes(const Model3DS& model, const std::function<std::string(int)
 // The file a command was given, or "" when it ends here: cancelled, missing, or not a 3DS file.
 std::string ChosenModel(const char* title) {
     const std::string path = TheDesktop().OpenFile(title, AdboardFilter, "", "");
-    if (path.empty() || !FileExists(path)) return {};
-    if (FileExtension(path) != "3ds") {
-        ShowMessage(UnknownExtensionMessage, MessageIcon::Exclamation, ShortTitle);
-        return {};
-    }
-    return path;
+    return path.empty() || !FileExists(path) || !Is3DSModel(path) ? std::string() : path;
 }
 
 void ShowChange(const OIFFile& doc) {
@@ -64,6 +59,12 @@ void ShowChange(const OIFFile& doc) {
 }
 
 }  // namespace
+
+bool Is3DSModel(const std::string& path) {
+    if (FileExtension(path) == "3ds") return true;
+    ShowMessage(UnknownExtensionMessage, MessageIcon::Exclamation, ShortTitle);
+    return false;
+}
 
 RAVFile AdboardList(const Model3DS& model) {
     return ListOfMeshes(model, [](int n) { return std::string("adb") + static_cast<char>('a' + n % 3); });

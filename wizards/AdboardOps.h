@@ -27,6 +27,8 @@ OIFFile BuildAdboardParts(const OIFFile& doc, RAVFile list);
 // texture, in the order bna, bnb, bnc, fla, flb, flc.
 OIFFile BuildBannerParts(const OIFFile& doc, RAVFile list);
 
+// True for a path ending in ".3ds"; otherwise the user is told "Unknown file extension!".
+bool Is3DSModel(const std::string& path);
 // The imports of a chosen .3ds file into the current document, refreshing the lists and
 // previews. False when the model was refused (reported in a box).
 bool ImportAdboardFile(const std::string& path);

@@ -205,7 +205,7 @@ void importcrowd() {
     ImportCrowdFile(path, fix ? static_cast<float>(ReadConfigNumber("Import", "CrowdHeight")) : 0.0f);
 }
 
-OIFFile MakeCrowds(const OIFFile& doc, const CrowdWizardInput& input) {
+OIFFile MakeCrowds(const OIFFile& doc, const CrowdWizardInput& input, bool* modelRead) {
     const std::string group = input.home ? HomeCrowdGroup : AwayCrowdGroup;
     const float rowHeight = BoxValue(input.rowHeight);
     const float spacing = input.bySpacing ? BoxValue(input.spacing) : 0.0f;
@@ -215,8 +215,8 @@ OIFFile MakeCrowds(const OIFFile& doc, const CrowdWizardInput& input) {
         list = AppendCrowdRows(MakeCrowdRows(plane, rows, rowHeight, CrowdTileWidth, spacing), group, std::move(list));
     };
     if (input.fromFile) {
-        // A refused model has been reported and leaves no meshes.
-        Read3DSFile(input.file);
+        const bool read = Read3DSFile(input.file);
+        if (modelRead) *modelRead = read;
         for (const Mesh3DS* mesh : FourVertexMeshes(Table3DS)) fill(QuadFrom3DSMesh(*mesh));
     } else {
         std::array<Point3, 4> corners;

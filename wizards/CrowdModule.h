@@ -69,5 +69,6 @@ struct CrowdWizardInput {
 };
 
 // The wizard's crowds: one plane from the corners, or every four-vertex mesh of the 3DS file,
-// filled with rows and dealt to the crowd parts without fixing their heights.
-OIFFile MakeCrowds(const OIFFile& doc, const CrowdWizardInput& input);
+// filled with rows and dealt to the crowd parts without fixing their heights. A refused model
+// has been reported and changes nothing; `modelRead`, when given, tells whether it was read.
+OIFFile MakeCrowds(const OIFFile& doc, const CrowdWizardInput& input, bool* modelRead = nullptr);

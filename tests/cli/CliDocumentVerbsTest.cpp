@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "cli/CliFixture.h"
 #include "cli/RunCli.h"
 #include "support/TestFiles.h"
 
@@ -27,24 +28,7 @@ std::vector<std::uint8_t> Stadium(const std::vector<std::string>& textures) {
     return b.data;
 }
 
-class cliDocumentVerbs : public ::testing::Test {
-protected:
-    void SetUp() override {
-        // The CLI's per-user folder lives in the scratch folder, not in the tester's home.
-        setenv("XDG_DATA_HOME", scratch.path().c_str(), 1);
-        setenv("WINEPREFIX", scratch.file("no-wine").c_str(), 1);
-    }
-    std::string Put(const std::string& name, const std::vector<std::uint8_t>& bytes) {
-        WriteFile(scratch.file(name), bytes);
-        return scratch.file(name);
-    }
-    json Dump(const std::string& path) {
-        const CliResult r = RunCli({"dump", path});
-        EXPECT_EQ(r.status, 0) << r.err;
-        return json::parse(r.out);
-    }
-    ScratchFolder scratch;
-};
+class cliDocumentVerbs : public CliScratchTest {};
 
 }  // namespace
 

@@ -84,4 +84,17 @@ inline Bytes3DS File(std::initializer_list<Bytes3DS> editChunks) {
     return Chunk(0x4D4D, {Chunk(0x0002, {I32(3)}), Chunk(0x3D3D, editChunks)});
 }
 
+// `quads` meshes of four vertices, each a unit square on the ground, two units apart along x.
+inline Bytes3DS QuadMeshes(int quads, std::initializer_list<Bytes3DS> moreChunks = {}) {
+    Bytes3DS edit;
+    for (int i = 0; i < quads; ++i) {
+        const auto x = static_cast<float>(2 * i);
+        const Bytes3DS mesh = Object("quad" + std::to_string(i), {Vertices({{x, 0, 0}, {x + 1, 0, 0}, {x + 1, 0, 1}, {x, 0, 1}}),
+                                                                  Faces({{0, 1, 2}, {0, 2, 3}})});
+        edit.insert(edit.end(), mesh.begin(), mesh.end());
+    }
+    for (const Bytes3DS& c : moreChunks) edit.insert(edit.end(), c.begin(), c.end());
+    return Chunk(0x4D4D, {Chunk(0x0002, {I32(3)}), Chunk(0x3D3D, {edit})});
+}
+
 }  // namespace chunks3ds

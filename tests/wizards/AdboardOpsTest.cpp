@@ -12,18 +12,9 @@ namespace {
 
 using namespace chunks3ds;
 
-// `quads` four-vertex meshes side by side and one triangle mesh, which is no board.
+// `quads` four-vertex meshes and one triangle mesh, which is no board.
 Bytes3DS Boards(int quads) {
-    Bytes3DS edit;
-    for (int i = 0; i < quads; ++i) {
-        const auto x = static_cast<float>(2 * i);
-        const Bytes3DS mesh = Object("board" + std::to_string(i),
-                                     {Vertices({{x, 0, 0}, {x + 1, 0, 0}, {x + 1, 0, 1}, {x, 0, 1}}), Faces({{0, 1, 2}, {0, 2, 3}})});
-        edit.insert(edit.end(), mesh.begin(), mesh.end());
-    }
-    const Bytes3DS triangle = Object("tri", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), Faces({{0, 1, 2}})});
-    edit.insert(edit.end(), triangle.begin(), triangle.end());
-    return Chunk(0x4D4D, {Chunk(0x0002, {I32(3)}), Chunk(0x3D3D, {edit})});
+    return QuadMeshes(quads, {Object("tri", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), Faces({{0, 1, 2}})})});
 }
 
 std::vector<std::string> Textures(const OIFFile& doc) {
