@@ -34,8 +34,10 @@
 #include "editors/ui/vornselectobj.h"
 #include "editors/ui/vorntexture.h"
 #include "exchange/ui/rhinoravconv.h"
+#include "importer/ui/stmap.h"
 #include "wizards/AdboardOps.h"
 #include "wizards/CrowdModule.h"
+#include "wizards/ui/crowdwizard.h"
 
 namespace {
 vorn* liveFrame = nullptr;
@@ -488,13 +490,9 @@ void vorn::importpreviewtextures() {
 
 // ---- Tools
 
-void vorn::showstmap() {
-    // Shows stmap, the Stadium Importer, without blocking, once it exists.
-}
+void vorn::showstmap() { stmap::open(this); }
 
-void vorn::showcrowdwizard() {
-    // Shows crowdwizard, the Crowd Building Wizard, without blocking, once it exists.
-}
+void vorn::showcrowdwizard() { crowdwizard::showWizard(this); }
 
 void vorn::showlightingwizard() {
     // Shows lightingwizard, the Stadium Lighting Wizard, without blocking, once it exists.
