@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/Cp1252.h"
 #include "core/Desktop.h"
 
 namespace {
@@ -62,7 +63,7 @@ BoundsReport CheckBoundsOf(const std::vector<TextureBox>& boxes, const std::vect
                            std::int32_t windowWidthTwips, std::int32_t windowHeightTwips) {
     for (const TextureBox& b : boxes)
         if (!b.Visible) return {false, NotAllMappedMessage};
-    auto name = [&](std::size_t n) { return n < textures.size() ? textures[n].Name : std::string(); };
+    auto name = [&](std::size_t n) { return n < textures.size() ? Cp1252ToUtf8(textures[n].Name) : std::string(); };
     for (std::size_t n = 0; n < boxes.size(); ++n) {
         const TextureBox& b = boxes[n];
         if (b.Left < 0 || b.Top < 0 || static_cast<std::int64_t>(b.Top) + b.Height > windowHeightTwips ||

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "importer/stmapOps.h"
+#include "preview/PreviewViewOps.h"  // TwipsPerPixel
 
 // A texture's box on the sheet. Visible means mapped. Left and Top may be negative, and the box
 // may reach past the sheet.
@@ -25,7 +26,6 @@ std::int32_t SheetWidthFor(int entry);
 // The window as designed: the sheet's corner and the client area around a 512 sheet.
 inline constexpr std::int32_t SheetLeft = 156, SheetTop = 4;
 inline constexpr std::int32_t DesignClientWidth = 672, DesignClientHeight = 539;
-inline constexpr std::int32_t TwipsPerPixel = 15;  // at 96 dots per inch
 // The window's width that keeps the margin right of the sheet when the sheet becomes
 // `newSheetWidth` wide.
 std::int32_t WindowWidthForSheet(std::int32_t windowWidth, std::int32_t sheetLeft, std::int32_t sheetWidth,

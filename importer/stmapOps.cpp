@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "core/Cp1252.h"
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
 #include "editors/TriStrip.h"
@@ -31,7 +32,7 @@ std::int32_t TextureIndexFor(const std::string& name, std::int32_t keep, std::ve
     t.Name = name;
     t.Path = texturesPath + name;
     if (!FileExists(t.Path)) {
-        t.Path = TheDesktop().OpenFile(MissingTextureTitle + name, MissingTextureFilter, "", texturesPath);
+        t.Path = TheDesktop().OpenFile(MissingTextureTitle + Cp1252ToUtf8(name), MissingTextureFilter, "", texturesPath);
         if (t.Path.empty()) {
             gaveUp = true;
             return keep;

@@ -19,6 +19,7 @@ inline constexpr const char* MissingTextureTitle = "Select file for ";
 inline constexpr const char* MissingTextureFilter = "All (*.*)| *.*";
 inline constexpr const char* Processing3DSText = "Processing 3ds file...";
 inline constexpr const char* ProcessingRAVText = "Processing RAV file...";
+inline constexpr const char* CannotMakeTextureMessage = "Texture cannot be properly made. Please check bounds!";
 
 // The pixel size of a decoded image.
 struct PictureSize {

@@ -1,0 +1,560 @@
+#include "importer/ui/stmap.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTreeWidget>
+#include <map>
+
+#include "core/Desktop.h"
+#include "core/ProgramState.h"
+#include "core/Views.h"
+#include "editors/OIFEditorOps.h"
+#include "editors/ui/EditorText.h"
+#include "importer/image/AtlasImage.h"
+#include "importer/ui/stmapSettings.h"
+#include "shell/HelpOps.h"
+#include "shell/IniOps.h"
+#include "shell/fileOps.h"
+
+namespace {
+
+QPointer<stmap> liveImporter;
+
+constexpr int ColumnLeft = 4, ColumnWidth = 148;
+const QColor HandleColour(0xC1, 0xCA, 0xFD);
+const QColor BoxColour(0xE0, 0xE0, 0xE0);
+
+// The two small icons of the list: an empty frame for a texture not on the sheet, a filled
+// green square for one that is.
+QIcon MappedIcon(bool mapped) {
+    QPixmap pixmap(16, 16);
+    pixmap.fill(Qt::transparent);
+    QPainter p(&pixmap);
+    p.setPen(QColor(0x40, 0x40, 0x40));
+    p.setBrush(mapped ? QColor(0x30, 0xA0, 0x40) : QColor(Qt::white));
+    p.drawRect(2, 2, 11, 11);
+    return QIcon(pixmap);
+}
+
+QWidget* Box(QWidget* parent, const char* name, const QColor& colour) {
+    auto* box = Named(new QWidget(parent), name);
+    box->setAutoFillBackground(true);
+    QPalette palette = box->palette();
+    palette.setColor(QPalette::Window, colour);
+    box->setPalette(palette);
+    box->hide();
+    return box;
+}
+
+// The mouse inside a box, in its own pixels.
+QPointF Position(const QEvent* event) { return static_cast<const QMouseEvent*>(event)->position(); }
+
+ArrowKey Arrow(int key) {
+    switch (key) {
+        case Qt::Key_Left: return ArrowKey::Left;
+        case Qt::Key_Right: return ArrowKey::Right;
+        case Qt::Key_Up: return ArrowKey::Up;
+        default: return ArrowKey::Down;
+    }
+}
+
+bool IsArrow(int key) { return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down; }
+
+}  // namespace
+
+stmap::stmap(QWidget* owner) : QWidget(owner, Qt::Window) {
+    setObjectName(QStringLiteral("stmap"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QStringLiteral("Stadium Importer (by the VORN team)"));
+
+    lvTex_ = Named(new QTreeWidget(this), "lvTex");
+    lvTex_->setHeaderLabels({QStringLiteral("Texture")});
+    lvTex_->setRootIsDecorated(false);
+    lvTex_->setGeometry(ColumnLeft, 4, ColumnWidth, 180);
+
+    int y = 190;
+    auto row = [&](QWidget* w, int height = 23) {
+        w->setGeometry(ColumnLeft, y, ColumnWidth, height);
+        y += height + 3;
+    };
+    cmdMap_ = Named(new QPushButton(QStringLiteral("&Map/Unmap"), this), "cmdMap");
+    row(cmdMap_);
+    cmdReset_ = Named(new QPushButton(QStringLiteral("&Reset"), this), "cmdReset");
+    row(cmdReset_);
+    chkSnapToEdge_ = Named(new QCheckBox(QStringLiteral("Snap to &Edges"), this), "chkSnapToEdge");
+    row(chkSnapToEdge_, 20);
+    chkSnapToTex_ = Named(new QCheckBox(QStringLiteral("Snap to Other &Textures"), this), "chkSnapToTex");
+    row(chkSnapToTex_, 20);
+    chkAutoselect_ = Named(new QCheckBox(QStringLiteral("Auto&select"), this), "chkAutoselect");
+    row(chkAutoselect_, 20);
+    for (QCheckBox* box : {chkSnapToEdge_, chkSnapToTex_, chkAutoselect_}) box->setChecked(true);
+    lblSize_ = Named(new QLabel(QStringLiteral("Size: "), this), "lblSize");
+    lblSize_->setGeometry(ColumnLeft, y + 3, 36, 20);
+    cboTexsize_ = Named(new QComboBox(this), "cboTexsize");
+    for (const char* text : SheetSizeTexts) cboTexsize_->addItem(QString::fromLatin1(text));
+    cboTexsize_->setGeometry(ColumnLeft + 40, y, ColumnWidth - 40, 23);
+    y += 28;
+    label1_ = Named(new QLabel(QStringLiteral("Texture name:"), this), "Label1");
+    row(label1_, 16);
+    texturebox_ = Named(new QComboBox(this), "texturebox");
+    texturebox_->setEditable(true);
+    for (const std::string& name : TextureListNames()) texturebox_->addItem(QString::fromStdString(name));
+    texturebox_->setCurrentIndex(0);
+    row(texturebox_);
+    y += 6;
+    cmdCheckBounds_ = Named(new QPushButton(QStringLiteral("&Check Bounds"), this), "cmdCheckBounds");
+    row(cmdCheckBounds_);
+    cmdExport_ = Named(new QPushButton(QStringLiteral("&Import Model and Texture"), this), "cmdExport");
+    row(cmdExport_);
+    cmdSettings_ = Named(new QPushButton(QStringLiteral("&Settings"), this), "cmdSettings");
+    row(cmdSettings_);
+    cmdExit_ = Named(new QPushButton(QStringLiteral("Close"), this), "cmdExit");
+    row(cmdExit_);
+    command1_ = Named(new QPushButton(QStringLiteral("&Help"), this), "Command1");
+    row(command1_);
+
+    picBg_ = Named(new QWidget(this), "picBg");
+    picBg_->setGeometry(SheetLeft, SheetTop, 512, SheetHeight);
+    picBg_->installEventFilter(this);
+    picTex_.push_back(Box(picBg_, "picTex0", BoxColour));
+    picHandle_.push_back(Box(picBg_, "picHandle0", HandleColour));
+    picHandle_[0]->resize(HandleSize, HandleSize);
+
+    statusBar1_ = Named(new QStatusBar(this), "StatusBar1");
+    statusBar1_->setSizeGripEnabled(false);
+    for (int i = 0; i < 2; ++i) {
+        panels_[i] = new QLabel(statusBar1_);
+        panels_[i]->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        statusBar1_->addWidget(panels_[i], i == 0 ? 0 : 1);
+    }
+    panels_[0]->setMinimumWidth(ColumnWidth);
+    setFixedSize(DesignClientWidth, DesignClientHeight);
+    statusBar1_->setGeometry(0, DesignClientHeight - 22, DesignClientWidth, 22);
+
+    connect(lvTex_, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* item) { lvTexItemClick(lvTex_->indexOfTopLevelItem(item) + 1); });
+    connect(cboTexsize_, &QComboBox::currentIndexChanged, this, &stmap::cboTexsizeChange);
+    connect(cmdMap_, &QPushButton::clicked, this, &stmap::cmdMapClick);
+    connect(cmdReset_, &QPushButton::clicked, this, &stmap::cmdResetClick);
+    // Both hand the focus to the list. Taking it from the button in the Ctrl release would stop
+    // the button's own click, which has to follow that release.
+    for (QPushButton* button : {cmdMap_, cmdReset_}) {
+        button->setFocusPolicy(Qt::NoFocus);
+        button->installEventFilter(this);
+    }
+    connect(cmdCheckBounds_, &QPushButton::clicked, this, [this] { CheckBounds(true); });
+    connect(cmdExport_, &QPushButton::clicked, this, &stmap::cmdExportClick);
+    connect(cmdSettings_, &QPushButton::clicked, this, &stmap::cmdSettingsClick);
+    connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
+    connect(command1_, &QPushButton::clicked, this, &stmap::Command1Click);
+}
+
+stmap::~stmap() = default;
+
+void stmap::open(QWidget* owner) {
+    if (liveImporter && liveImporter->isVisible()) {
+        liveImporter->raise();
+        liveImporter->activateWindow();
+        return;
+    }
+    if (!liveImporter) liveImporter = new stmap(owner);
+    liveImporter->StartImport();
+}
+
+stmap* stmap::existing() { return liveImporter; }
+
+void stmap::StartImport() {
+    ReadImporterSettings(Importer.Settings);
+    Desktop& desktop = TheDesktop();
+    const std::string file = desktop.OpenFile(
+        "Select file to import...", "All supported files|*.3ds;*.txt|Autodesk 3DS (*.3ds)|*.3ds|RAV Exported Text (*.txt)|*.txt",
+        "", "");
+    if (file.empty()) return closeFromLoad();
+    const std::string folder = desktop.BrowseForFolder("Select Textures Path");
+    if (folder.empty()) return closeFromLoad();
+    // The pictures are decoded once, for the list's sizes and for painting.
+    std::map<std::string, QImage> decoded;
+    const PictureReader read = [&decoded](const std::string& path) -> std::optional<PictureSize> {
+        const QImage picture = ReadPicture(path);
+        if (picture.isNull()) return std::nullopt;
+        decoded[path] = picture;
+        return PictureSize{picture.width(), picture.height()};
+    };
+    const LoadResult loaded = LoadImportModel(file, folder, read);
+    if (loaded == LoadResult::Refused || Importer.ImportTextures.empty()) return closeFromLoad();
+    ReadImporterFlips(Importer.Settings, ImportKindOf(file));
+    for (const ImportTexture& t : Importer.ImportTextures) pictures_.push_back(decoded[t.Path]);
+    DoLoad();
+    cboTexsize_->setCurrentIndex(0);
+    cboTexsizeChange();
+}
+
+void stmap::DoLoad() {
+    static const Qt::CursorShape pointers[9] = {Qt::ArrowCursor,   Qt::SizeFDiagCursor, Qt::SizeVerCursor,
+                                                Qt::SizeBDiagCursor, Qt::SizeHorCursor,   Qt::SizeHorCursor,
+                                                Qt::SizeBDiagCursor, Qt::SizeVerCursor,   Qt::SizeFDiagCursor};
+    for (int e = 1; e <= 8; ++e) {
+        QWidget* handle = Box(picBg_, "picHandle", HandleColour);
+        handle->setObjectName(QStringLiteral("picHandle%1").arg(e));
+        handle->resize(picHandle_[0]->size());
+        handle->setCursor(pointers[e]);
+        handle->setFocusPolicy(Qt::ClickFocus);
+        handle->installEventFilter(this);
+        picHandle_.push_back(handle);
+    }
+    for (const ImportTexture& t : Importer.ImportTextures) {
+        auto* item = new QTreeWidgetItem(lvTex_, {UiText(t.Name)});
+        item->setIcon(0, MappedIcon(false));
+        QWidget* box = Box(picBg_, "picTex", BoxColour);
+        box->setObjectName(QStringLiteral("picTex%1").arg(picTex_.size()));
+        box->setFocusPolicy(Qt::ClickFocus);
+        box->installEventFilter(this);
+        picTex_.push_back(box);
+        boxes_.push_back(NaturalBox(t.Picture, picBg_->width(), picBg_->height()));
+        placeBox(static_cast<int>(picTex_.size()) - 1);
+    }
+    lvTex_->setCurrentItem(lvTex_->topLevelItem(0));
+    currentItem_ = 1;
+    setEnabled(true);
+    show();
+}
+
+ImportSheet stmap::sheet() const { return {picBg_->width(), picBg_->height()}; }
+
+void stmap::placeBox(int n) {
+    const TextureBox& b = box(n);
+    picTex_[static_cast<std::size_t>(n)]->setGeometry(b.Left, b.Top, b.Width, b.Height);
+    picTex_[static_cast<std::size_t>(n)]->setVisible(b.Visible);
+}
+
+void stmap::cboTexsizeChange() {
+    const std::int32_t width = SheetWidthFor(cboTexsize_->currentIndex());
+    const std::int32_t windowWidth = WindowWidthForSheet(this->width(), picBg_->x(), picBg_->width(), width);
+    picBg_->resize(width, picBg_->height());
+    setFixedSize(windowWidth, height());
+    statusBar1_->setGeometry(0, height() - 22, windowWidth, 22);
+    DrawBackground();
+}
+
+void stmap::DrawBackground() {
+    picBg_->update();
+    update();
+}
+
+void stmap::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.setPen(Qt::black);
+    p.drawRect(picBg_->x() - 1, picBg_->y() - 1, picBg_->width(), picBg_->height());
+}
+
+void stmap::PaintTexture(int n) { picTex_[static_cast<std::size_t>(n)]->update(); }
+
+void stmap::lvTexItemClick(int n) {
+    if (n < 1 || n > textureCount()) return;
+    const int before = currentItem_;
+    currentItem_ = n;
+    picTex_[static_cast<std::size_t>(n)]->raise();
+    texDragging_ = false;
+    PlaceHandles();
+    // The frame of the selected texture moves with the selection.
+    if (before >= 1) PaintTexture(before);
+    PaintTexture(n);
+}
+
+void stmap::setMapped(int n, bool mapped) {
+    boxes_[static_cast<std::size_t>(n - 1)].Visible = mapped;
+    lvTex_->topLevelItem(n - 1)->setIcon(0, MappedIcon(mapped));
+    placeBox(n);
+}
+
+void stmap::cmdMapClick() {
+    if (currentItem_ < 1) return;
+    setMapped(currentItem_, !box(currentItem_).Visible);
+    lvTex_->setFocus();
+    PlaceHandles();
+}
+
+void stmap::cmdMapCtrlRelease() {
+    for (int n = 1; n <= textureCount(); ++n) setMapped(n, true);
+    lvTex_->setFocus();
+    PlaceHandles();
+}
+
+void stmap::resetBox(int n) {
+    ResetBox(boxes_[static_cast<std::size_t>(n - 1)], Importer.ImportTextures[static_cast<std::size_t>(n - 1)].Picture,
+             picBg_->width(), picBg_->height());
+    placeBox(n);
+}
+
+void stmap::cmdResetClick() {
+    if (currentItem_ < 1) return;
+    resetBox(currentItem_);
+    PaintTexture(currentItem_);
+    lvTex_->setFocus();
+    PlaceHandles();
+}
+
+void stmap::cmdResetCtrlRelease() {
+    for (int n = 1; n <= textureCount(); ++n) resetBox(n);
+    lvTex_->setFocus();
+    PlaceHandles();
+}
+
+bool stmap::CheckBounds(bool verbose) {
+    const QRect outer = frameGeometry();
+    return ::CheckBounds(boxes_, Importer.ImportTextures, outer.width() * TwipsPerPixel, outer.height() * TwipsPerPixel,
+                         verbose);
+}
+
+void stmap::PlaceHandles() {
+    for (int e = 1; e < static_cast<int>(picHandle_.size()); ++e) picHandle_[static_cast<std::size_t>(e)]->hide();
+    if (texDragging_ || handleDragging_ || currentItem_ < 1 || !box(currentItem_).Visible) return;
+    const auto places = HandlePlaces(box(currentItem_), RoundEven(picHandle_[0]->width()));
+    for (int e = 1; e < static_cast<int>(picHandle_.size()); ++e) {
+        QWidget* handle = picHandle_[static_cast<std::size_t>(e)];
+        handle->move(places[static_cast<std::size_t>(e - 1)].Left, places[static_cast<std::size_t>(e - 1)].Top);
+        handle->show();
+        handle->raise();
+    }
+}
+
+std::string stmap::chooseBitmap() {
+    while (true) {
+        std::string file = TheDesktop().SaveFile("Save Bitmap As...", "Windows Bitmap (*.bmp)|*.bmp",
+                                                 DocumentText(texturebox_->currentText()), AppFolder);
+        if (file.empty()) return file;
+        if (FileExtension(file).empty()) file += ".bmp";
+        if (!FileExists(file) || AskQuestion(file + " already exists.\r\nDo you want to replace it?", MessageButtons::YesNo,
+                                             MessageIcon::Exclamation, "Save Bitmap As...") == MessageAnswer::Yes)
+            return file;
+    }
+}
+
+void stmap::cmdExportClick() {
+    if (AskQuestion(ExportQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) != MessageAnswer::Yes)
+        return;
+    if (!CheckBounds(false)) {
+        ShowMessage(CannotMakeTextureMessage, MessageIcon::Exclamation);
+        return;
+    }
+    setEnabled(false);
+    const std::string file = chooseBitmap();
+    if (file.empty()) return;  // the window stays disabled, as users of the tool know it
+    if (!GenTexture(file)) {
+        setEnabled(true);
+        return;
+    }
+    const std::string texture = DocumentText(texturebox_->currentText());
+    std::optional<ImportPartResult> made;
+    switch (ImportKindOf(Importer.ImportFile)) {
+        case ImportKind::Model3DS: made = Make3DSImportPart(texture, sheet()); break;
+        case ImportKind::RAVText: made = MakeRAVImportPart(Importer.ImportRAV, texture, sheet()); break;
+        case ImportKind::Other: break;
+    }
+    if (made && !made->error.empty()) {
+        ShowMessage(made->error, MessageIcon::Exclamation);
+        setEnabled(true);
+        return;
+    }
+    if (made) CurrentProject.OIF = AddPart(made->part, CurrentProject.OIF);
+    TheViews().RefreshPartsList();
+    TheViews().RebuildPreviews();
+    if (ReadConfig("Stadium Importer", "AutoClose") == "1") {
+        close();
+        return;
+    }
+    ShowMessage(ImportedMessage, MessageIcon::Information, "Terramason");
+    setEnabled(true);
+}
+
+bool stmap::GenTexture(const std::string& fileName) {
+    CopyRectangles(boxes_, Importer.ImportTextures);
+    try {
+        SaveBitmap(PaintAtlas(picBg_->width(), picBg_->height(), Importer.ImportTextures, pictures_), fileName);
+    } catch (const std::exception& e) {
+        ShowMessage(e.what(), MessageIcon::Exclamation);
+        return false;
+    }
+    DrawBackground();
+    PlaceHandles();
+    return true;
+}
+
+void stmap::cmdSettingsClick() {
+    stmapSettings settings(this);
+    settings.exec();
+}
+
+void stmap::Command1Click() { OpenHelpPage("stadiumimporter.html"); }
+
+void stmap::closeFromLoad() {
+    AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle);
+    if (liveImporter == this) liveImporter = nullptr;
+    hide();
+    deleteLater();
+}
+
+void stmap::closeEvent(QCloseEvent* event) {
+    if (AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) != MessageAnswer::Yes)
+        event->ignore();
+    else
+        event->accept();
+}
+
+// ---- the sheet's boxes
+
+void stmap::picTexMouseDown(int n, Qt::MouseButton button, QPointF position) {
+    if (button != Qt::LeftButton) return;
+    if (n != currentItem_ && chkAutoselect_->isChecked()) {
+        lvTex_->setCurrentItem(lvTex_->topLevelItem(n - 1));
+        lvTexItemClick(n);
+    }
+    if (n != currentItem_) return;
+    texDragging_ = true;
+    dragStartX_ = RoundEven(position.x());
+    dragStartY_ = RoundEven(position.y());
+    PlaceHandles();
+}
+
+void stmap::picTexMouseMove(int n, QPointF position) {
+    if (n != currentItem_ || !texDragging_) return;
+    const BoxPlace place = DragPlace(boxes_, static_cast<std::size_t>(n - 1), position.x(), position.y(), dragStartX_,
+                                     dragStartY_, picBg_->width(), picBg_->height(),
+                                     {chkSnapToEdge_->isChecked(), chkSnapToTex_->isChecked()});
+    TextureBox& b = boxes_[static_cast<std::size_t>(n - 1)];
+    b.Left = place.Left;
+    b.Top = place.Top;
+    placeBox(n);
+    panels_[1]->setText(QString::fromStdString(DragStatusText(b)));
+}
+
+void stmap::picTexMouseUp(int) {
+    texDragging_ = false;
+    PlaceHandles();
+}
+
+void stmap::picTexKeyDown(int n, int key, Qt::KeyboardModifiers modifiers) {
+    if (!IsArrow(key)) return;
+    const bool shift = modifiers & Qt::ShiftModifier;
+    ArrowKeyStep(boxes_[static_cast<std::size_t>(n - 1)], Arrow(key), shift, modifiers & Qt::ControlModifier);
+    placeBox(n);
+    PlaceHandles();
+    if (shift) PaintTexture(n);
+}
+
+// The pressed handle is hidden with the others; the sheet holds the mouse for it until the
+// button is released, and hands on the positions in the handle's own pixels.
+void stmap::picHandleMouseDown(int e, Qt::MouseButton button, QPointF position) {
+    if (button != Qt::LeftButton) return;
+    handleDragging_ = true;
+    handleDragged_ = e;
+    dragStartX_ = RoundEven(position.x());
+    dragStartY_ = RoundEven(position.y());
+    PlaceHandles();
+    picBg_->grabMouse();
+}
+
+void stmap::picHandleMouseMove(int e, QPointF position) {
+    if (!handleDragging_ || currentItem_ < 1) return;
+    ResizeByHandle(boxes_[static_cast<std::size_t>(currentItem_ - 1)], e, position.x() - dragStartX_,
+                   position.y() - dragStartY_);
+    placeBox(currentItem_);
+    PaintTexture(currentItem_);
+    dragStartX_ = RoundEven(position.x());
+    dragStartY_ = RoundEven(position.y());
+}
+
+void stmap::picHandleMouseUp(int) {
+    picBg_->releaseMouse();
+    handleDragging_ = false;
+    handleDragged_ = 0;
+    PlaceHandles();
+}
+
+bool stmap::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (watched == cmdMap_ || watched == cmdReset_) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (type == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton &&
+            mouse->modifiers() == Qt::ControlModifier)
+            watched == cmdMap_ ? cmdMapCtrlRelease() : cmdResetCtrlRelease();
+        return false;
+    }
+    if (watched == picBg_) {
+        if (type == QEvent::Paint) {
+            QPainter p(picBg_);
+            p.fillRect(picBg_->rect(), palette().color(QPalette::Window));
+            const int c = ChequerCell(picBg_->height());
+            for (int i = 0; i <= 50; ++i)
+                for (int j = 0; j <= 50; ++j)
+                    p.fillRect(i * c, j * c, c, c, (i + j) % 2 == 0 ? QColor(0xEE, 0xEE, 0xEE) : QColor(Qt::white));
+            return true;
+        }
+        if (handleDragging_ && (type == QEvent::MouseMove || type == QEvent::MouseButtonRelease)) {
+            QWidget* handle = picHandle_[static_cast<std::size_t>(handleDragged_)];
+            if (type == QEvent::MouseMove)
+                picHandleMouseMove(handleDragged_, Position(event) - QPointF(handle->pos()));
+            else
+                picHandleMouseUp(handleDragged_);
+            return true;
+        }
+        return false;
+    }
+    for (int n = 1; n < static_cast<int>(picTex_.size()); ++n) {
+        if (watched != picTex_[static_cast<std::size_t>(n)]) continue;
+        switch (type) {
+            case QEvent::Paint: {
+                QWidget* w = picTex_[static_cast<std::size_t>(n)];
+                QPainter p(w);
+                p.drawImage(w->rect(), pictures_[static_cast<std::size_t>(n - 1)]);
+                if (n == currentItem_) {
+                    p.setPen(Qt::black);
+                    p.drawRect(0, 0, w->width() - 1, w->height() - 1);
+                }
+                return true;
+            }
+            case QEvent::MouseButtonPress:
+                picTexMouseDown(n, static_cast<QMouseEvent*>(event)->button(), Position(event));
+                return true;
+            case QEvent::MouseMove: picTexMouseMove(n, Position(event)); return true;
+            case QEvent::MouseButtonRelease: picTexMouseUp(n); return true;
+            case QEvent::FocusIn:
+            case QEvent::FocusOut: PaintTexture(n); return false;
+            case QEvent::KeyPress: {
+                const auto* key = static_cast<QKeyEvent*>(event);
+                picTexKeyDown(n, key->key(), key->modifiers());
+                return IsArrow(key->key());
+            }
+            default: return false;
+        }
+    }
+    for (int e = 1; e < static_cast<int>(picHandle_.size()); ++e) {
+        QWidget* handle = picHandle_[static_cast<std::size_t>(e)];
+        if (watched != handle) continue;
+        switch (type) {
+            case QEvent::Paint: {
+                QPainter p(handle);
+                p.setPen(Qt::black);
+                p.drawRect(0, 0, handle->width() - 1, handle->height() - 1);
+                return true;
+            }
+            case QEvent::MouseButtonPress:
+                picHandleMouseDown(e, static_cast<QMouseEvent*>(event)->button(), Position(event));
+                return true;
+            case QEvent::FocusIn:
+                if (currentItem_ >= 1) picTex_[static_cast<std::size_t>(currentItem_)]->setFocus();
+                return false;
+            default: return false;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
