@@ -3,13 +3,11 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
-#include "core/myOps.h"
-
 namespace {
 
 class NumericKeyGate : public QObject {
 public:
-    explicit NumericKeyGate(QLineEdit* field) : QObject(field), field_(field) {}
+    NumericKeyGate(QLineEdit* field, KeyFilter filter) : QObject(field), field_(field), filter_(filter) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -18,13 +16,14 @@ protected:
         // The desktop gives Delete a character of its own (DEL); it types nothing here either.
         if (key->text().isEmpty() || key->key() == Qt::Key_Delete) return false;
         const int typed = static_cast<int>(key->text().at(0).unicode());
-        return NumericKeyFilter(typed, field_->text().toStdString()) == 0;
+        return filter_(typed, field_->text().toStdString()) == 0;
     }
 
 private:
     QLineEdit* field_;
+    KeyFilter filter_;
 };
 
 }  // namespace
 
-void FilterNumericKeys(QLineEdit* field) { field->installEventFilter(new NumericKeyGate(field)); }
+void FilterNumericKeys(QLineEdit* field, KeyFilter filter) { field->installEventFilter(new NumericKeyGate(field, filter)); }

@@ -38,6 +38,8 @@
 #include "wizards/AdboardOps.h"
 #include "wizards/CrowdModule.h"
 #include "wizards/ui/crowdwizard.h"
+#include "wizards/ui/lightingwizard.h"
+#include "wizards/ui/transformwiz.h"
 
 namespace {
 vorn* liveFrame = nullptr;
@@ -494,13 +496,9 @@ void vorn::showstmap() { stmap::open(this); }
 
 void vorn::showcrowdwizard() { crowdwizard::showWizard(this); }
 
-void vorn::showlightingwizard() {
-    // Shows lightingwizard, the Stadium Lighting Wizard, without blocking, once it exists.
-}
+void vorn::showlightingwizard() { lightingwizard::showWizard(this); }
 
-void vorn::showtransformwiz() {
-    // Shows transformwiz, the Stadium Transformation Wizard, without blocking, once it exists.
-}
+void vorn::showtransformwiz() { transformwiz::showWizard(this); }
 
 void vorn::tooloedit() { StartTool(OutsideTool::OEdit); }
 void vorn::tooloiftool() { StartTool(OutsideTool::OIFTool); }

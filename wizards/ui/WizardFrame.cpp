@@ -48,7 +48,7 @@ WizardFrame::WizardFrame(const char* name, const char* caption, const char* help
     picture_->setAlignment(Qt::AlignTop);
     maintab_ = new QStackedWidget(this);
     maintab_->setObjectName(QStringLiteral("maintab"));
-    maintab_->setFixedWidth(PageWidth);
+    maintab_->setMinimumWidth(PageWidth);
 
     backbut_ = Button(this, "backbut", "<  &Back");
     nextbut_ = Button(this, "nextbut", "&Next  >");
@@ -118,8 +118,11 @@ QLabel* WizardFrame::addText(QVBoxLayout* page, const char* text) {
 
 void WizardFrame::showPage(int page) { maintab_->setCurrentIndex(page); }
 
-void WizardFrame::captionNext(int page) {
+void WizardFrame::advanceTo(int page) {
+    showPage(page);
     nextbut_->setText(page == lastPage() ? QStringLiteral("&Finished") : QStringLiteral("&Next  >"));
+    nextbut_->setEnabled(true);
+    backbut_->setEnabled(true);
 }
 
 void WizardFrame::arriveBack(int page) {

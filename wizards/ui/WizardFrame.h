@@ -41,8 +41,9 @@ protected:
     QLabel* addText(QVBoxLayout* page, const char* text);
 
     void showPage(int page);
-    // nextbut's caption: "&Finished" on the last page, "&Next  >" elsewhere.
-    void captionNext(int page);
+    // What Next does in every wizard once the page is chosen: Next reads "&Finished" on the last
+    // page and "&Next  >" elsewhere, and both buttons are enabled.
+    void advanceTo(int page);
     // What Back does in every wizard once the page is chosen: Back is enabled away from the
     // first page, Next is enabled and reads "&Next  >".
     void arriveBack(int page);

@@ -218,11 +218,8 @@ void crowdwizard::nextbutClick() {
     }
     t += 1;
     if (t == PlanePage && fromFile()) t += 1;
-    showPage(t);
-    captionNext(t);
-    nextbut()->setEnabled(true);
+    advanceTo(t);
     if (t == 1) polyfromClick();
-    backbut()->setEnabled(true);
 }
 
 void crowdwizard::backbutClick() {
