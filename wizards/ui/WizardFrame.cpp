@@ -145,6 +145,16 @@ void WizardFrame::finish() {
     close();
 }
 
+void WizardFrame::nextAfterStep(int stepPage, const char* what, const std::function<void()>& step) {
+    const int t = page();
+    if (t == lastPage()) {
+        finish();
+        return;
+    }
+    if (t == stepPage && !GuardedRun(what, step)) return;
+    advanceTo(t + 1);
+}
+
 void WizardFrame::closeEvent(QCloseEvent* event) {
     if (!finishing_ && AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question,
                                    caption_.toStdString()) != MessageAnswer::Yes) {

@@ -3,6 +3,7 @@
 // at a time, no tabs), and the buttons "<  &Back", "&Next  >", "&Cancel" and "&Help". Closing
 // asks whether to leave, unless the wizard closes itself at its end.
 #include <QWidget>
+#include <functional>
 
 class QLabel;
 class QPushButton;
@@ -49,6 +50,9 @@ protected:
     void arriveBack(int page);
     // Closes the wizard without the exit question.
     void finish();
+    // Next of a wizard whose work is done on one page: on the last page it finishes; on
+    // `stepPage` it runs `step` first and stays there if that fails.
+    void nextAfterStep(int stepPage, const char* what, const std::function<void()>& step);
 
     void closeEvent(QCloseEvent* event) override;
 
@@ -64,16 +68,31 @@ private:
     QPushButton* helpbut_;
 };
 
-// Shows a wizard without blocking, made the first time and after each close; a wizard already
-// open is brought to the front.
+// A wizard of which there is one at a time, shown without blocking: made when it is opened and
+// after each close (so it starts again from its first page and its defaults), brought to the
+// front when it is open already.
 template <class W>
-W* ShowWizard(W*& live, QWidget* parent) {
-    if (!live) {
-        live = new W(parent);
-        live->setAttribute(Qt::WA_DeleteOnClose);
+class OneWizard : public WizardFrame {
+public:
+    static W* showWizard(QWidget* parent) {
+        if (!live_) {
+            live_ = new W(parent);
+            live_->setAttribute(Qt::WA_DeleteOnClose);
+        }
+        live_->show();
+        live_->raise();
+        live_->activateWindow();
+        return live_;
     }
-    live->show();
-    live->raise();
-    live->activateWindow();
-    return live;
-}
+    // The open wizard, or null.
+    static W* existing() { return live_; }
+
+protected:
+    using WizardFrame::WizardFrame;
+    ~OneWizard() override {
+        if (live_ == this) live_ = nullptr;
+    }
+
+private:
+    inline static W* live_ = nullptr;
+};

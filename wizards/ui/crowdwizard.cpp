@@ -20,8 +20,6 @@
 
 namespace {
 
-crowdwizard* liveWizard = nullptr;
-
 constexpr int PlanePage = 2;
 constexpr int OptionsPage = 3;
 
@@ -47,7 +45,7 @@ QString StoredNumber(const char* key) {
 }  // namespace
 
 crowdwizard::crowdwizard(QWidget* parent)
-    : WizardFrame("crowdwizard", "Crowd Building Wizard", "crowdwizard.html", parent) {
+    : OneWizard("crowdwizard", "Crowd Building Wizard", "crowdwizard.html", parent) {
     buildPages();
     rowheight_->setText(StoredNumber("CrowdHeight"));
     noofrows_->setText(StoredNumber("NoOfRows"));
@@ -55,14 +53,6 @@ crowdwizard::crowdwizard(QWidget* parent)
     venuebutton_[ReadConfig("Crowd Wizard", "Home") == "1" ? 0 : 1]->setChecked(true);
     showPage(0);
 }
-
-crowdwizard::~crowdwizard() {
-    if (liveWizard == this) liveWizard = nullptr;
-}
-
-crowdwizard* crowdwizard::showWizard(QWidget* parent) { return ShowWizard(liveWizard, parent); }
-
-crowdwizard* crowdwizard::existing() { return liveWizard; }
 
 void crowdwizard::buildPages() {
     QVBoxLayout* intro = addPage("Crowd Building Wizard",

@@ -9,16 +9,11 @@
 class QLineEdit;
 class QRadioButton;
 
-class crowdwizard : public WizardFrame {
+class crowdwizard : public OneWizard<crowdwizard> {
     Q_OBJECT
 public:
     explicit crowdwizard(QWidget* parent = nullptr);
-    ~crowdwizard() override;
 
-    // Tools, "Crowd Building Wizard": shows the one wizard without blocking.
-    static crowdwizard* showWizard(QWidget* parent);
-    // The open wizard, or null.
-    static crowdwizard* existing();
 
     void nextbutClick() override;
     void backbutClick() override;

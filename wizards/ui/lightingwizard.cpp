@@ -13,8 +13,6 @@
 
 namespace {
 
-lightingwizard* liveWizard = nullptr;
-
 constexpr int OptionsPage = 1;
 
 QLineEdit* PercentBox(const char* name, const char* text) {
@@ -28,7 +26,7 @@ QLineEdit* PercentBox(const char* name, const char* text) {
 }  // namespace
 
 lightingwizard::lightingwizard(QWidget* parent)
-    : WizardFrame("lightingwizard", "Stadium Lighting Wizard", "lightingwizard.html", parent) {
+    : OneWizard("lightingwizard", "Stadium Lighting Wizard", "lightingwizard.html", parent) {
     QVBoxLayout* intro = addPage("Stadium Lighting Wizard",
                                  "The Stadium Lighting Wizard will guide you through adding lighting and shadows to your "
                                  "stadium.");
@@ -56,14 +54,6 @@ lightingwizard::lightingwizard(QWidget* parent)
     showPage(0);
 }
 
-lightingwizard::~lightingwizard() {
-    if (liveWizard == this) liveWizard = nullptr;
-}
-
-lightingwizard* lightingwizard::showWizard(QWidget* parent) { return ShowWizard(liveWizard, parent); }
-
-lightingwizard* lightingwizard::existing() { return liveWizard; }
-
 void lightingwizard::applyLighting() {
     CurrentProject.OIF = ApplyLighting(CurrentProject.OIF, originbox_->text().toStdString());
     // The editor's vertex rows show colours; the preview and the parts list are left as they are.
@@ -71,11 +61,5 @@ void lightingwizard::applyLighting() {
 }
 
 void lightingwizard::nextbutClick() {
-    const int t = page();
-    if (t == lastPage()) {
-        finish();
-        return;
-    }
-    if (t == OptionsPage && !GuardedRun("Applying the lighting", [this] { applyLighting(); })) return;
-    advanceTo(t + 1);
+    nextAfterStep(OptionsPage, "Applying the lighting", [this] { applyLighting(); });
 }

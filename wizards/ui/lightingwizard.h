@@ -5,15 +5,11 @@
 
 class QLineEdit;
 
-class lightingwizard : public WizardFrame {
+class lightingwizard : public OneWizard<lightingwizard> {
     Q_OBJECT
 public:
     explicit lightingwizard(QWidget* parent = nullptr);
-    ~lightingwizard() override;
 
-    // Tools, "Stadium Lighting Wizard": shows the one wizard without blocking.
-    static lightingwizard* showWizard(QWidget* parent);
-    static lightingwizard* existing();
 
     void nextbutClick() override;
     // Lights the whole document by originbox and shows the new colours in the OIF Editor.

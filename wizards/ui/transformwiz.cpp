@@ -16,15 +16,13 @@
 
 namespace {
 
-transformwiz* liveWizard = nullptr;
-
 constexpr int OptionsPage = 1;
 constexpr const char* AxisNames[3] = {"x", "y", "z"};
 
 }  // namespace
 
 transformwiz::transformwiz(QWidget* parent)
-    : WizardFrame("transformwiz", "Stadium Transformation Wizard", "transformationwizard.html", parent) {
+    : OneWizard("transformwiz", "Stadium Transformation Wizard", "transformationwizard.html", parent) {
     QVBoxLayout* intro = addPage("Stadium Transformation Wizard",
                                  "The Stadium Transformation Wizard will guide you through rescaling, rotating, "
                                  "translating and/or mirroring your stadium.");
@@ -98,14 +96,6 @@ transformwiz::transformwiz(QWidget* parent)
     showPage(0);
 }
 
-transformwiz::~transformwiz() {
-    if (liveWizard == this) liveWizard = nullptr;
-}
-
-transformwiz* transformwiz::showWizard(QWidget* parent) { return ShowWizard(liveWizard, parent); }
-
-transformwiz* transformwiz::existing() { return liveWizard; }
-
 TransformSettings transformwiz::settings() const {
     TransformSettings s;
     for (int i = 0; i < transformlist_->count(); ++i) s.parts.push_back(transformlist_->item(i)->checkState() == Qt::Checked);
@@ -127,11 +117,5 @@ void transformwiz::dotransform() {
 }
 
 void transformwiz::nextbutClick() {
-    const int t = page();
-    if (t == lastPage()) {
-        finish();
-        return;
-    }
-    if (t == OptionsPage && !GuardedRun("Transforming the parts", [this] { dotransform(); })) return;
-    advanceTo(t + 1);
+    nextAfterStep(OptionsPage, "Transforming the parts", [this] { dotransform(); });
 }

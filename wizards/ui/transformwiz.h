@@ -10,15 +10,11 @@ class QCheckBox;
 class QLineEdit;
 class QListWidget;
 
-class transformwiz : public WizardFrame {
+class transformwiz : public OneWizard<transformwiz> {
     Q_OBJECT
 public:
     explicit transformwiz(QWidget* parent = nullptr);
-    ~transformwiz() override;
 
-    // Tools, "Stadium Transformation Wizard": shows the one wizard without blocking.
-    static transformwiz* showWizard(QWidget* parent);
-    static transformwiz* existing();
 
     void nextbutClick() override;
     // Transforms the ticked parts as the controls say, then refreshes the lists and previews.
