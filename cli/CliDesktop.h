@@ -4,6 +4,7 @@
 #include <map>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "core/Desktop.h"
 
@@ -21,6 +22,13 @@ public:
     void EndProcess(std::int64_t pid) override;
     // The same registry values the editor sees: the per-user file, then the Wine prefix.
     std::string RegistryValue(const std::string& path) override;
+    // No one can answer a file dialog here: it is cancelled, and its title kept for the verb
+    // that runs the editor's operation to tell what was asked for.
+    std::string OpenFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+        cancelledDialogs_.push_back(title);
+        return {};
+    }
+    const std::vector<std::string>& cancelledDialogs() const { return cancelledDialogs_; }
     std::string ClipboardText() override { return clipboard_; }
     void SetClipboardText(const std::string& text) override { clipboard_ = text; }
 
@@ -35,6 +43,7 @@ private:
     std::map<std::string, MessageAnswer> answers_;
     std::map<MessageButtons, MessageAnswer> defaults_;
     std::string clipboard_;
+    std::vector<std::string> cancelledDialogs_;
 };
 
 // Writes a message as the editor's box would show it, one output line per line of the text;

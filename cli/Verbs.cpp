@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "cli/ImporterVerbs.h"
 #include "cli/JsonOut.h"
 #include "cli/WizardVerbs.h"
 #include "core/OIFOps.h"
@@ -336,6 +337,12 @@ const std::vector<Verb>& Verbs() {
         {"transform",
          "DOC [--parts LIST] [--scale X,Y,Z] [--rotate X,Y,Z] [--translate X,Y,Z] [--mirror AXES] [--flip-u] [--flip-v] -o OUT",
          "Scale, rotate, translate and mirror parts, as the Stadium Transformation Wizard does", DeclareTransform},
+        {"textures", "MODEL --textures DIR", "Print the textures of a model, as the Stadium Importer lists them",
+         DeclareTextures},
+        {"atlas",
+         "MODEL --textures DIR --layout LAYOUT.json --bitmap OUT.bmp [--into DOC] -o OUT [--texture NAME] "
+         "[--sheet 512x512|256x512] [--flip-u 0|1] [--flip-v 0|1] [--shade 0|1] [--merge 0|1] [--merge-dist M]",
+         "Paint a model's textures into one bitmap and add its part, as the Stadium Importer does", DeclareAtlas},
     };
     return verbs;
 }
