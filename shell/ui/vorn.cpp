@@ -39,6 +39,7 @@
 #include "wizards/CrowdModule.h"
 #include "wizards/ui/crowdwizard.h"
 #include "wizards/ui/lightingwizard.h"
+#include "wizards/ui/stadwizard.h"
 #include "wizards/ui/transformwiz.h"
 
 namespace {
@@ -144,6 +145,9 @@ const vorn::MenuCommand vorn::MenuCommands[] = {
     {"&Help", "OEdit/OIFTool Online", "", On, &vorn::helptools},
     {"&Help", "-", "", On, nullptr},
     {"&Help", "&About", "", On, &vorn::helpabout},
+    // The Stadium Building Wizard has no other way in.
+    {"&Help", "-", "", On, nullptr},
+    {"&Help", "Stadium Building Wizard...", "", On, &vorn::showstadwizard},
 };
 
 // One button of Toolbar1: its key, the picture built into the program and the name of the
@@ -519,6 +523,8 @@ void vorn::helponline() { OpenHelpWebPage(WebPage::OnlineHelp); }
 void vorn::helpsite() { OpenHelpWebPage(WebPage::MakersSite); }
 void vorn::helpforums() { OpenHelpWebPage(WebPage::Forums); }
 void vorn::helptools() { OpenHelpWebPage(WebPage::ToolsSite); }
+
+void vorn::showstadwizard() { stadwizard::showWizard(this); }
 
 void vorn::helpabout() {
     vornabout about(this);

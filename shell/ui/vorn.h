@@ -126,6 +126,7 @@ private:
     void helpforums();
     void helptools();
     void helpabout();
+    void showstadwizard();
 
     // The OIF Editor window, vornoifform, and the tick of its View entry, set when it shows.
     void showoifform();

@@ -17,6 +17,7 @@
 #include "wizards/LightingOps.h"
 #include "wizards/ui/lightingwizard.h"
 #include "WindowTestKit.h"
+#include "WizardTestKit.h"
 
 class LightingWizardTest : public QObject {
     Q_OBJECT
@@ -102,18 +103,9 @@ private slots:
         QVERIFY(desktop_->messages[0].text.find("origin") != std::string::npos);
     }
 
-    void cancelAsksBeforeClosingAndHelpOpensItsPage() {
+    void cancelAndTheCloseBoxAskAndHelpOpensItsPage() {
         lightingwizard w;
-        w.show();
-        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
-        w.cancelbut()->click();
-        QVERIFY(w.isVisible());
-        QCOMPARE(desktop_->messages[0].title, std::string("Stadium Lighting Wizard"));
-        QCOMPARE(desktop_->messages[0].text, std::string("Are you sure you want to exit the wizard?   "));
-        w.cancelbut()->click();
-        QVERIFY(!w.isVisible());
-        w.helpbut()->click();
-        QCOMPARE(desktop_->pages, std::vector<std::string>{HelpPageAddress("lightingwizard.html")});
+        CheckExitQuestionAndHelp(w, *desktop_, "Stadium Lighting Wizard", "lightingwizard.html");
     }
 };
 

@@ -158,6 +158,8 @@ private slots:
         row("&Help", 8, "OEdit/OIFTool Online", "", On);
         row("&Help", 9, "-", "", On);
         row("&Help", 10, "&About", "", On);
+        row("&Help", 11, "-", "", On);
+        row("&Help", 12, "Stadium Building Wizard...", "", On);
     }
     void everyEntryHasItsCaptionPlaceKeyAndState() {
         QFETCH(QString, menu);
@@ -197,7 +199,7 @@ private slots:
     void menusHoldNothingBeyondTheTable() {
         vorn w;
         const std::pair<const char*, int> sizes[] = {{"&File", 9},  {"&Edit", 7},  {"&View", 10},
-                                                     {"&Project", 7}, {"&Tools", 15}, {"&Help", 11},
+                                                     {"&Project", 7}, {"&Tools", 15}, {"&Help", 13},
                                                      {"&View|Current VRML Source", 4}, {"&Tools|Rhino3D Tools", 1}};
         for (const auto& [menu, size] : sizes) QCOMPARE(MenuAt(w, menu)->actions().size(), size);
     }

@@ -14,6 +14,7 @@
 #include "shell/ui/vorn.h"
 #include "wizards/ui/transformwiz.h"
 #include "WindowTestKit.h"
+#include "WizardTestKit.h"
 
 class TransformWizardTest : public QObject {
     Q_OBJECT
@@ -77,18 +78,9 @@ private slots:
         QVERIFY(desktop_->messages.empty());
     }
 
-    void cancelAsksBeforeClosingAndHelpOpensItsPage() {
+    void cancelAndTheCloseBoxAskAndHelpOpensItsPage() {
         transformwiz w;
-        w.show();
-        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
-        w.cancelbut()->click();
-        QVERIFY(w.isVisible());
-        QCOMPARE(desktop_->messages[0].title, std::string("Stadium Transformation Wizard"));
-        w.close();
-        QVERIFY(!w.isVisible());
-        QCOMPARE(desktop_->messages.size(), std::size_t(2));
-        w.helpbut()->click();
-        QCOMPARE(desktop_->pages, std::vector<std::string>{HelpPageAddress("transformationwizard.html")});
+        CheckExitQuestionAndHelp(w, *desktop_, "Stadium Transformation Wizard", "transformationwizard.html");
     }
 };
 

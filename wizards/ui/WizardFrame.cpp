@@ -64,17 +64,17 @@ WizardFrame::WizardFrame(const char* name, const char* caption, const char* help
     auto* line = new QFrame(this);
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Sunken);
-    auto* buttons = new QHBoxLayout;
-    buttons->addWidget(helpbut_);
-    buttons->addStretch();
-    buttons->addWidget(backbut_);
-    buttons->addWidget(nextbut_);
-    buttons->addSpacing(10);
-    buttons->addWidget(cancelbut_);
+    buttonRow_ = new QHBoxLayout;
+    buttonRow_->addWidget(helpbut_);
+    buttonRow_->addStretch();
+    buttonRow_->addWidget(backbut_);
+    buttonRow_->addWidget(nextbut_);
+    buttonRow_->addSpacing(10);
+    buttonRow_->addWidget(cancelbut_);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(body, 1);
     layout->addWidget(line);
-    layout->addLayout(buttons);
+    layout->addLayout(buttonRow_);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
     // A step that fails is one error box; the wizard stays open where it was.

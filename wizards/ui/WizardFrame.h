@@ -5,6 +5,7 @@
 #include <QWidget>
 #include <functional>
 
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
@@ -42,6 +43,8 @@ protected:
     QLabel* addText(QVBoxLayout* page, const char* text);
 
     void showPage(int page);
+    // The row of the buttons along the bottom, Help at its left end.
+    QHBoxLayout* buttonRow() const { return buttonRow_; }
     // What Next does in every wizard once the page is chosen: Next reads "&Finished" on the last
     // page and "&Next  >" elsewhere, and both buttons are enabled.
     void advanceTo(int page);
@@ -66,6 +69,7 @@ private:
     QPushButton* backbut_;
     QPushButton* cancelbut_;
     QPushButton* helpbut_;
+    QHBoxLayout* buttonRow_;
 };
 
 // A wizard of which there is one at a time, shown without blocking: made when it is opened and
