@@ -103,6 +103,7 @@ QVBoxLayout* WizardFrame::addPage(const char* title, const char* subtitle) {
     auto* sub = new QLabel(QString::fromUtf8(subtitle), page);
     sub->setObjectName(QStringLiteral("subtitle"));
     sub->setWordWrap(true);
+    sub->setVisible(*subtitle != '\0');
     column->addWidget(sub);
     column->addSpacing(10);
     maintab_->addWidget(page);
