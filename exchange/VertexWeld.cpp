@@ -83,9 +83,9 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         cellOf[sorted[k].vertex] = static_cast<std::uint32_t>(cells.size() - 1);
     }
     const std::size_t cellCount = cells.size();
-    end.assign(begin.begin(), begin.end());
-    end.erase(end.begin());
-    end.push_back(static_cast<std::uint32_t>(sorted.size()));
+    end.resize(cellCount);
+    for (std::size_t c = 0; c < cellCount; ++c)
+        end[c] = c + 1 < cellCount ? begin[c + 1] : static_cast<std::uint32_t>(sorted.size());
 
     // The occupied cells around each cell. For each of the nine rows along z next to a cell's
     // own, the row's first cell in sorted order only moves forward from one cell to the next,

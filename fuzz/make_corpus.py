@@ -186,10 +186,20 @@ def registry_seeds():
                                  "; the converter", "HKCU\\Software\\OIFTool\\Path=C:\\Tools\\oiftool.exe", end="\n")
 
 
+def layout_seeds():
+    yield "three.json", b"""{"seats.bmp": {"left": 256, "top": 64, "width": 128, "height": 64},
+ "roof.bmp": {"left": 0, "top": 0, "width": 128, "height": 64, "mapped": true},
+ "grass.bmp": {"left": 0, "top": 480, "width": 32, "height": 32, "mapped": false}}"""
+    yield "fractions_and_edges.json", b'{"a": {"left": -0.5, "top": 2.5, "width": 1e6, "height": 0}, "a": {"left": 3, "top": 3, "width": 3, "height": 3}}'
+    yield "cp1252_name.json", '{"Trib\u00fcne.bmp": {"left": 0, "top": 0, "width": 8, "height": 8}}'.encode()
+    yield "refused_key.json", b'{"a": {"left": 0, "top": 0, "width": 1, "height": 1, "wdth": 2}}'
+    yield "empty.json", b"{}"
+
+
 def main():
     for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds),
                           ("fuzz_rav", rav_seeds), ("fuzz_csv", csv_seeds), ("fuzz_3ds", tds_seeds),
-                          ("fuzz_registry", registry_seeds)]:
+                          ("fuzz_registry", registry_seeds), ("fuzz_layout", layout_seeds)]:
         if len(sys.argv) > 1 and target not in sys.argv[1:]:
             continue
         folder = CORPUS / target

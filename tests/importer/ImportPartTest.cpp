@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstring>
 #include <random>
 
@@ -226,6 +227,13 @@ ImportMesh RandomModel(std::mt19937& random, std::size_t vertices) {
 }
 
 TEST(ImporterOptimise, TheFastMethodGivesThePairwiseResultOnRandomModels) {
+    // No vertices, or places with no finite coordinates, leave the grid without a single cell.
+    EXPECT_TRUE(OptimiseImportMesh(ImportMesh{}, Plain(0, 1)).OptVertices.empty());
+    ImportMesh nowhere;
+    nowhere.WorkVertices = {Place(NAN, 0, 0), Place(INFINITY, 1, 1), Place(NAN, 0, 0)};
+    nowhere.WorkIndices = {0, 1, 2};
+    EXPECT_TRUE(SameBits(OptimiseImportMesh(nowhere, Plain(0, 1)), OptimiseImportMeshReference(nowhere, Plain(0, 1))));
+
     std::mt19937 random(2003);
     int merging = 0;
     for (int round = 0; round < 120; ++round) {
