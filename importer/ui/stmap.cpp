@@ -1,6 +1,7 @@
 #include "importer/ui/stmap.h"
 
 #include <QCheckBox>
+#include <algorithm>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHeaderView>
@@ -75,6 +76,11 @@ stmap::stmap(QWidget* owner) : QWidget(owner, Qt::Window) {
     setObjectName(QStringLiteral("stmap"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Stadium Importer (by the VORN team)"));
+    // The column's captions were set for a small dialog font; at the desktop's usual size the
+    // longest of them would not fit its 148 pixels.
+    QFont small = font();
+    small.setPointSizeF(std::min(small.pointSizeF(), 8.0));
+    setFont(small);
 
     lvTex_ = Named(new QTreeWidget(this), "lvTex");
     lvTex_->setHeaderLabels({QStringLiteral("Texture")});
@@ -253,7 +259,7 @@ void stmap::DrawBackground() {
 void stmap::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.setPen(Qt::black);
-    p.drawRect(picBg_->x() - 1, picBg_->y() - 1, picBg_->width(), picBg_->height());
+    p.drawRect(picBg_->x() - 1, picBg_->y() - 1, picBg_->width() + 1, picBg_->height() + 1);
 }
 
 void stmap::PaintTexture(int n) { picTex_[static_cast<std::size_t>(n)]->update(); }
@@ -262,6 +268,7 @@ void stmap::lvTexItemClick(int n) {
     if (n < 1 || n > textureCount()) return;
     const int before = currentItem_;
     currentItem_ = n;
+    lvTex_->setCurrentItem(lvTex_->topLevelItem(n - 1));
     picTex_[static_cast<std::size_t>(n)]->raise();
     texDragging_ = false;
     PlaceHandles();
@@ -414,10 +421,7 @@ void stmap::closeEvent(QCloseEvent* event) {
 
 void stmap::picTexMouseDown(int n, Qt::MouseButton button, QPointF position) {
     if (button != Qt::LeftButton) return;
-    if (n != currentItem_ && chkAutoselect_->isChecked()) {
-        lvTex_->setCurrentItem(lvTex_->topLevelItem(n - 1));
-        lvTexItemClick(n);
-    }
+    if (n != currentItem_ && chkAutoselect_->isChecked()) lvTexItemClick(n);
     if (n != currentItem_) return;
     texDragging_ = true;
     dragStartX_ = RoundEven(position.x());

@@ -190,6 +190,7 @@ private slots:
         const TextureBox second = w->box(2);
         Drag(w, At(second, 5, 5), QPoint(134 + 5, 30 + 5));
         QCOMPARE(w->currentItem(), 2);
+        QCOMPARE(w->lvTex()->currentItem(), w->lvTex()->topLevelItem(1));
         QCOMPARE((QPoint(w->box(2).Left, w->box(2).Top)), QPoint(132, 30));
         QVERIFY(Shows(w, 2));
         // With both snaps off any place is taken, negative ones too.
