@@ -179,14 +179,30 @@ void stmap::open(QWidget* owner) {
 stmap* stmap::existing() { return liveImporter; }
 
 void stmap::StartImport() {
+    // A new opening starts from no model, so nothing of the last one can be exported by mistake.
+    Importer.ImportTextures.clear();
+    Importer.ImportFile.clear();
     ReadImporterSettings(Importer.Settings);
+    if (!loadModel() && AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) ==
+                            MessageAnswer::Yes) {
+        if (liveImporter == this) liveImporter = nullptr;
+        hide();
+        deleteLater();
+        return;
+    }
+    DoLoad();
+    cboTexsize_->setCurrentIndex(0);
+    cboTexsizeChange();
+}
+
+bool stmap::loadModel() {
     Desktop& desktop = TheDesktop();
     const std::string file = desktop.OpenFile(
         "Select file to import...", "All supported files|*.3ds;*.txt|Autodesk 3DS (*.3ds)|*.3ds|RAV Exported Text (*.txt)|*.txt",
         "", "");
-    if (file.empty()) return closeFromLoad();
+    if (file.empty()) return false;
     const std::string folder = desktop.BrowseForFolder("Select Textures Path");
-    if (folder.empty()) return closeFromLoad();
+    if (folder.empty()) return false;
     // The pictures are decoded once, for the list's sizes and for painting.
     std::map<std::string, QImage> decoded;
     const PictureReader read = [&decoded](const std::string& path) -> std::optional<PictureSize> {
@@ -195,13 +211,10 @@ void stmap::StartImport() {
         decoded[path] = picture;
         return PictureSize{picture.width(), picture.height()};
     };
-    const LoadResult loaded = LoadImportModel(file, folder, read);
-    if (loaded == LoadResult::Refused || Importer.ImportTextures.empty()) return closeFromLoad();
+    if (LoadImportModel(file, folder, read) != LoadResult::Loaded) return false;
     ReadImporterFlips(Importer.Settings, ImportKindOf(file));
     for (const ImportTexture& t : Importer.ImportTextures) pictures_.push_back(decoded[t.Path]);
-    DoLoad();
-    cboTexsize_->setCurrentIndex(0);
-    cboTexsizeChange();
+    return true;
 }
 
 void stmap::DoLoad() {
@@ -228,8 +241,12 @@ void stmap::DoLoad() {
         boxes_.push_back(NaturalBox(t.Picture, picBg_->width(), picBg_->height()));
         placeBox(static_cast<int>(picTex_.size()) - 1);
     }
-    lvTex_->setCurrentItem(lvTex_->topLevelItem(0));
-    currentItem_ = 1;
+    // Without a model (the load given up, and the exit question answered No) the window shows an
+    // empty list and sheet.
+    if (!boxes_.empty()) {
+        lvTex_->setCurrentItem(lvTex_->topLevelItem(0));
+        currentItem_ = 1;
+    }
     setEnabled(true);
     show();
 }
@@ -402,13 +419,6 @@ void stmap::cmdSettingsClick() {
 }
 
 void stmap::Command1Click() { OpenHelpPage("stadiumimporter.html"); }
-
-void stmap::closeFromLoad() {
-    AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle);
-    if (liveImporter == this) liveImporter = nullptr;
-    hide();
-    deleteLater();
-}
 
 void stmap::closeEvent(QCloseEvent* event) {
     if (AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) != MessageAnswer::Yes)

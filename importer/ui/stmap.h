@@ -39,7 +39,7 @@ public:
     static stmap* existing();
 
     // The load sequence: the model and textures dialogs, then the sheet. Ends with the window
-    // shown, or closed.
+    // shown, or closed when the user gives up and answers the exit question with Yes.
     void StartImport();
     void DoLoad();
 
@@ -107,9 +107,9 @@ private:
     void placeBox(int n);
     void setMapped(int n, bool mapped);
     void resetBox(int n);
-    // A close from the load sequence: the exit question is asked, and the window closes either
-    // way, as a window without a model has nothing to offer.
-    void closeFromLoad();
+    // The dialogs and the reading of the model; false when the user gave up or the model was
+    // refused.
+    bool loadModel();
     ImportSheet sheet() const;
     // The bitmap's name from the save dialog, with ".bmp" when none was typed and a question
     // before an existing file is replaced; empty when the user gave up.

@@ -125,12 +125,26 @@ private slots:
         QCOMPARE(desktop_->dialogTitles.size(), std::size_t(2));
     }
 
-    void cancellingTheFirstDialogAsksTheExitQuestionAndCloses() {
+    void givingUpTheLoadAsksTheExitQuestionAndNoKeepsAnEmptyImporter() {
+        desktop_->answers = {MessageAnswer::Yes};
         stmap::open(nullptr);
         QCOMPARE(desktop_->messages.size(), std::size_t(1));
         QCOMPARE(desktop_->messages[0].text, std::string("Are you sure you want to exit Stadium Importer?   "));
         QCOMPARE(desktop_->messages[0].title, std::string("Stadium Importer"));
         QVERIFY(!stmap::existing());
+
+        // A model of another kind is told first; No keeps the window, empty.
+        desktop_->dialogAnswers = {program_->folder.file("stand.obj"), program_->folder.path()};
+        desktop_->answers = {MessageAnswer::No};
+        stmap::open(nullptr);
+        QCOMPARE(desktop_->messages[1].text, std::string("File extension is not supported!"));
+        QCOMPARE(desktop_->messages[2].text, std::string(ExitQuestion));
+        stmap* w = stmap::existing();
+        QVERIFY(w && w->isVisible() && w->isEnabled());
+        QCOMPARE(w->lvTex()->topLevelItemCount(), 0);
+        QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier);
+        QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
+        QCOMPARE(w->currentItem(), 0);
     }
 
     void theWindowFollowsTheSheetsWidthButNotItsHeight() {
@@ -254,6 +268,8 @@ private slots:
         QVERIFY(w->isEnabled());
         QCOMPARE(views.count("RefreshPartsList"), 1);
         QCOMPARE(views.count("RebuildPreviews"), 1);
+        QCOMPARE(desktop_->loadingTexts.back(), std::string("Processing 3ds file..."));
+        QVERIFY(!desktop_->loadingShown);
 
         const QImage atlas(QString::fromStdString(bitmap + ".bmp"));
         QCOMPARE(atlas.size(), QSize(512, 512));
