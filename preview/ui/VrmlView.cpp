@@ -93,6 +93,9 @@ VrmlView::VrmlView(QWidget* parent) : QOpenGLWidget(parent), renderFlags_(Render
 VrmlView::~VrmlView() {
     delete sensor_;
     releaseGLCaches();
+    // The base class destroys the context after this body; its last signal must not reach a
+    // VrmlView that no longer exists.
+    if (QOpenGLContext* c = context()) disconnect(c, nullptr, this, nullptr);
     root_->unref();
 }
 

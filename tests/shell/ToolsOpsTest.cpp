@@ -91,6 +91,7 @@ TEST_F(OutsideTools, AMissingToolIsPassedOverWithoutAWord) {
 TEST_F(OutsideTools, AnInstalledToolStartsThroughWineOrNotAtAll) {
     RegisterAll();
     Touch("OIFTool/oiftool.exe");
+    desktop.startedId = 4242;
     StartTool(OutsideTool::OIFTool);
     if (WineInstalled())
         EXPECT_EQ(desktop.commands, std::vector<std::string>{"wine \"" + dir.file("OIFTool/oiftool.exe") + "\" /run"});

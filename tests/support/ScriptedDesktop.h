@@ -28,6 +28,7 @@ public:
     std::deque<MessageAnswer> answers;      // for boxes with more than an OK button
     std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
     std::function<void()> onPump;            // what happens while an operation pumps events
+    std::int64_t startedId = 0;              // what a start that runs nothing reports: 0 is a failure
     std::map<std::string, std::string> registry;
     // When set, registry values not in `registry` come from this Wine prefix and the per-user file.
     std::string winePrefix;
@@ -66,7 +67,7 @@ public:
     std::string BrowseForFolder(const std::string& title) override { return NextDialog(title); }
     std::int64_t StartProcess(const std::string& commandLine, WindowMode) override {
         commands.push_back(commandLine);
-        return runProcesses ? Processes::Start(commandLine) : 0;
+        return runProcesses ? Processes::Start(commandLine) : startedId;
     }
     std::int64_t StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) override {
         commands.push_back(commandLine);
