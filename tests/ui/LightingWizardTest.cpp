@@ -89,18 +89,16 @@ private slots:
         }
     }
 
-    void aDocumentAtTheOriginIsOneErrorBoxAndStaysAsItWas() {
+    void aDocumentAtTheOriginIsOneErrorBoxAndTheWizardStays() {
         for (OIFVertex& v : CurrentProject.OIF.Parts[0].Vertices) v = OIFVertex{};
         const OIFFile before = CurrentProject.OIF;
         lightingwizard w;
-        w.show();
         w.nextbut()->click();
         w.nextbut()->click();
         QCOMPARE(w.page(), 1);
         QCOMPARE(CurrentProject.OIF, before);
         QCOMPARE(desktop_->messages.size(), std::size_t(1));
         QCOMPARE(desktop_->messages[0].icon, MessageIcon::Critical);
-        QVERIFY(desktop_->messages[0].text.find("origin") != std::string::npos);
     }
 
     void cancelAndTheCloseBoxAskAndHelpOpensItsPage() {

@@ -162,10 +162,6 @@ TEST_F(Crowds, RowsGoToFourNewPartsAsOneStripEach) {
         EXPECT_EQ((std::vector<std::int16_t>(first.Indices.begin(), first.Indices.begin() + 10)),
                   (std::vector<std::int16_t>{0, 1, 2, 3, 3, 4, 4, 5, 6, 7}));
     }
-
-    const OIFFile away = AddCrowdParts(doc, Rows(4), false);
-    ASSERT_EQ(away.Header.PartCount, 8);
-    EXPECT_EQ(away.Parts[7].Header.Name, FixedText<28>("Part 7 [rwa3]"));
 }
 
 TEST_F(Crowds, DealsRowsOneSixthOneThirdOneThirdOneSixth) {
@@ -198,14 +194,6 @@ TEST_F(Crowds, APlaneAfterAnotherMergesIntoTheSameFourStrips) {
 
     input.rows = "0";
     EXPECT_THROW(MakeCrowds(doc, input), std::runtime_error);
-    input.home = false;
-    input.bySpacing = true;  // 1000 long at 150: 7 rows
-    const OIFFile away = MakeCrowds(doc, input);
-    ASSERT_EQ(away.Header.PartCount, 8);
-    int awayVertices = 0;
-    for (std::size_t i = 4; i < 8; ++i) awayVertices += away.Parts[i].Header.VertexCount;
-    EXPECT_EQ(awayVertices, 7 * 4);
-    EXPECT_EQ(away.Parts[4].Vertices.empty() ? CrowdRowShadow : away.Parts[4].Vertices[0].Shadow, CrowdRowShadow);
 }
 
 TEST_F(Crowds, BuildTakesOneGroupRowsAndOnlyRowbIsAway) {
@@ -223,7 +211,7 @@ TEST_F(Crowds, BuildTakesOneGroupRowsAndOnlyRowbIsAway) {
     for (std::size_t i = 0; i < 8; ++i) (i < 4 ? home : away) += doc.Parts[i].Header.VertexCount;
     EXPECT_EQ(home, 4);
     EXPECT_EQ(away, 4);
-    EXPECT_EQ(doc.Parts[4].Header.Texture.str().substr(0, 3), "rwa");
+    EXPECT_EQ(doc.Parts[7].Header.Name, FixedText<28>("Part 7 [rwa3]"));
 }
 
 TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
@@ -240,14 +228,12 @@ TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
     EXPECT_EQ(desktop.dialogTitles, std::vector<std::string>{"Import crowd polygons..."});
     ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 4);
     EXPECT_EQ(CurrentProject.OIF.Parts[0].Header.Texture, FixedText<4>("rwa0"));
-    std::vector<OIFVertex> all;
-    for (const OIFPart& part : CurrentProject.OIF.Parts) all.insert(all.end(), part.Vertices.begin(), part.Vertices.end());
-    ASSERT_EQ(all.size(), 4u);
     float top = 0;
-    for (const OIFVertex& v : all) {
-        EXPECT_EQ(v.Shadow, 0x102030FFu);
-        top = std::max(top, v.Y);
-    }
+    for (const OIFPart& part : CurrentProject.OIF.Parts)
+        for (const OIFVertex& v : part.Vertices) {
+            EXPECT_EQ(v.Shadow, 0x102030FFu);
+            top = std::max(top, v.Y);
+        }
     EXPECT_EQ(top, 260);
     EXPECT_EQ(CrowdHeightInForce, 0);
     EXPECT_EQ(views.refreshed, 1);
@@ -262,13 +248,8 @@ TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
     for (std::size_t i = 0; i < 8; ++i)
         for (const OIFVertex& v : CurrentProject.OIF.Parts[i].Vertices) (i < 4 ? home : away).push_back(v);
     ASSERT_EQ(home.size(), 4u);
-    ASSERT_EQ(away.size(), 4u);
-    for (const OIFVertex& v : home) {
-        EXPECT_EQ(v.Shadow, 0u);
-        EXPECT_TRUE(v.Y == 0 || v.Y == 100) << "the file's height is kept";
-        EXPECT_TRUE(v.Z == 0) << "3DS y becomes -z";
-    }
-    EXPECT_GE(away[0].X, 1000);
+    ASSERT_EQ(away.size(), 4u) << "the mesh of texture file \"rowb\"";
+    for (const OIFVertex& v : home) EXPECT_TRUE(v.Shadow == 0 && v.Z == 0 && (v.Y == 0 || v.Y == 100)) << "heights kept";
 
     // Answered Yes while the key is missing, the result is that of No.
     SeedRandom(5);
@@ -286,33 +267,13 @@ TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
 }
 
 TEST_F(Crowds, ImportEndsQuietlyOnCancelAndLeavesTheDocumentOnARefusal) {
-    desktop.dialogAnswers = {""};
-    importcrowd();
-    desktop.dialogAnswers = {scratch.file("missing.txt")};
-    importcrowd();
-    EXPECT_TRUE(desktop.messages.empty());
-    desktop.dialogAnswers = {Put("bad.txt", Bytes().raw("Version=1\r\nNumPoly=3\r\n").data)};
+    desktop.dialogAnswers = {"", scratch.file("missing.txt"), Put("bad.txt", Bytes().raw("Version=1\r\nNumPoly=3\r\n").data)};
     desktop.answers = {MessageAnswer::Yes};
     WriteConfig("Import", "CrowdHeight", "260");
-    importcrowd();
-    ASSERT_EQ(desktop.messages.size(), 2u);
+    for (int i = 0; i < 3; ++i) importcrowd();
+    ASSERT_EQ(desktop.messages.size(), 2u) << "the question, then the refusal";
     EXPECT_EQ(desktop.messages[1].text.rfind("Invalid RAV file!", 0), 0u);
     EXPECT_EQ(CurrentProject.OIF, NewOIFFile());
     EXPECT_EQ(CrowdHeightInForce, 0);
     EXPECT_EQ(views.rebuilt, 0);
-}
-
-TEST_F(Crowds, TheWizardFromAFileFillsEachFourVertexMesh) {
-    CrowdWizardInput input;
-    input.fromFile = true;
-    input.file = Put("planes.3ds", CrowdModel());
-    input.rows = "3";
-    const OIFFile doc = MakeCrowds(CurrentProject.OIF, input);
-    int vertices = 0;
-    for (const OIFPart& part : doc.Parts) vertices += part.Header.VertexCount;
-    EXPECT_EQ(vertices, 2 * 3 * 4) << "both crowd meshes, home, whatever their material";
-    EXPECT_EQ(doc.Header.PartCount, 4);
-
-    input.file = Put("flag.3ds", File({Object("flag", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), Faces({{0, 1, 2}})})}));
-    EXPECT_EQ(MakeCrowds(CurrentProject.OIF, input), CurrentProject.OIF);
 }
