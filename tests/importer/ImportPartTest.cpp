@@ -45,36 +45,6 @@ TEST(ImporterUV, RemapsIntoTheTexturesRectangleOnTheSheet) {
     EXPECT_FLOAT_EQ(w.V, 1.0f);
 }
 
-TEST(ImporterWorkMesh, A3DSModelTurnsToGameAxesFlipsAndFindsEachMeshsTexture) {
-    Model3DS m;
-    m.materials = {{"stone", "a.bmp", 1}, {"grass", "b.bmp", 0}};
-    Mesh3DS a;
-    a.vertexCount = a.texVertCount = 3;
-    a.faceCount = 1;
-    a.vertices = {{1, 2, 3}, {0, 0, 0}, {1, 0, 0}};
-    a.texVerts = {{0.25f, 0.75f}, {0, 0}, {1, 1}};
-    a.faces = {{0, 1, 2, 7}};
-    a.materialName = "stone";
-    Mesh3DS b = a;
-    b.materialName = "nothing";
-    m.meshes = {a, b};
-    ImportSettings s = Plain();
-    s.FlipV = 1;
-    const std::vector<ImportTexture> textures = {At(0, 0, 256, 256), At(256, 0, 256, 512)};
-    const ImportMeshResult made = Work3DSMesh(m, textures, s, {512, 512});
-    ASSERT_EQ(made.error, "");
-    EXPECT_EQ(made.mesh.WorkIndices, (std::vector<std::int16_t>{0, 1, 2, 3, 4, 5}));
-    const OIFVertex& first = made.mesh.WorkVertices[0];
-    EXPECT_EQ(first.X, 100.0f);
-    EXPECT_EQ(first.Y, 300.0f);
-    EXPECT_EQ(first.Z, -200.0f);
-    EXPECT_EQ(first.Shadow, 0xFFFFFFFFu);
-    EXPECT_FLOAT_EQ(first.U, (256 * 0.25f + 256) / 512);  // texture 1 of material "stone"
-    EXPECT_FLOAT_EQ(first.V, 0.25f);                       // flipped, on a full-height rectangle
-    EXPECT_FLOAT_EQ(made.mesh.WorkVertices[3].U, 0.125f);  // an unknown material falls on texture 0
-    EXPECT_FLOAT_EQ(made.mesh.WorkVertices[3].V, 0.125f);
-}
-
 TEST(ImporterWorkMesh, RefusesWhatItCannotIndexOrTexture) {
     Model3DS m;
     Mesh3DS mesh;
@@ -145,14 +115,8 @@ TEST(ImporterWorkMesh, RAVPolygonsSitOneSlotLowAndPolygonZeroTakesTheLastSlots) 
     EXPECT_EQ(shorter.mesh.WorkIndices, (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
-TEST(ImporterPart, TakesItsNameFromThePartCountAndItsTextureFromFourCharacters) {
+TEST(ImporterPart, TakesFourCharactersOfTheTextureNameBlankPadded) {
     OptimisedMesh mesh;
-    mesh.OptVertices = {Place(1, 2, 3)};
-    mesh.StripIndices = {0, 0, 0};
-    const OIFPart part = FinishImportPart(mesh, "tp00", 12);
-    EXPECT_EQ(part.Header.Name.str(), "Part 12 [tp00]" + std::string(14, ' '));
-    EXPECT_EQ(part.Header.VertexCount, 1);
-    EXPECT_EQ(part.Header.IndexCount, 3);
     EXPECT_EQ(FinishImportPart(mesh, "ab", 0).Header.Texture.str(), "ab  ");
     EXPECT_EQ(FinishImportPart(mesh, "stadium", 3).Header.Name.str(), "Part 3 [stad]" + std::string(15, ' '));
 }

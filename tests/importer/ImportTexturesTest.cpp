@@ -111,21 +111,4 @@ TEST_F(ImporterTextures, MeshTextureIndexTakesTheFirstMaterialOfANameAndElseZero
     EXPECT_EQ(MeshTextureIndex(Model3DS{}, "stone"), 0);
 }
 
-TEST_F(ImporterTextures, LoadingGoesByTheExtensionAndEndsTheFolderInASeparator) {
-    EXPECT_EQ(ImportKindOf("/m/STAND.3DS"), ImportKind::Model3DS);
-    EXPECT_EQ(ImportKindOf("/m/rows.Txt"), ImportKind::RAVText);
-    EXPECT_EQ(DefaultImportSettings(ImportKind::Model3DS).FlipV, 1);
-    EXPECT_EQ(DefaultImportSettings(ImportKind::RAVText).FlipV, 0);
-
-    Importer.ImportTextures.resize(1);
-    EXPECT_EQ(LoadImportModel(folder.file("model.obj"), folder.path(), read), LoadResult::Unsupported);
-    EXPECT_EQ(Importer.TexturesPath, path);
-    EXPECT_EQ(Importer.ImportFile, folder.file("model.obj"));
-    EXPECT_TRUE(Importer.ImportTextures.empty());
-    ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].text, "File extension is not supported!");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::None);
-    Importer = ImportState{};
-}
-
 }  // namespace
