@@ -497,9 +497,9 @@ void stmap::picHandleMouseUp(int) {
 bool stmap::eventFilter(QObject* watched, QEvent* event) {
     const QEvent::Type type = event->type();
     if (watched == cmdMap_ || watched == cmdReset_) {
+        if (type != QEvent::MouseButtonRelease) return false;
         const auto* mouse = static_cast<QMouseEvent*>(event);
-        if (type == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton &&
-            mouse->modifiers() == Qt::ControlModifier)
+        if (mouse->button() == Qt::LeftButton && mouse->modifiers() == Qt::ControlModifier)
             watched == cmdMap_ ? cmdMapCtrlRelease() : cmdResetCtrlRelease();
         return false;
     }
