@@ -113,10 +113,8 @@ private slots:
             auto* v = new CortonaViewer(i, frame_.get());
             v->setGeometry(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height);
         }
-        frame_->show();
         // Xvfb has no window manager to activate a new window; focus needs an active one.
-        frame_->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(frame_.get()));
+        QVERIFY(MakeActive(*frame_));
         // Activation hands the focus to the first strip; the tests start with no window active.
         if (QWidget* focused = QApplication::focusWidget()) focused->clearFocus();
         QCOMPARE(CortonaViewer::activeIndex(), -1);
