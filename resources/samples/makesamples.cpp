@@ -427,7 +427,7 @@ QImage Banner(QColor a, QColor b, bool flag) {
 }
 
 // A lit display: the score on the board's screen, the time on its clock.
-QImage Display(int width, int height, QColor background, QColor light, int points, const char* text) {
+QImage LitText(int width, int height, QColor background, QColor light, int points, const char* text) {
     QImage img(width, height, QImage::Format_RGB32);
     img.fill(background);
     QPainter p(&img);
@@ -497,8 +497,8 @@ int main(int argc, char** argv) {
     }
 
     const QString board = out.filePath("scoreboard/");
-    Save(Display(128, 64, QColor(12, 14, 20), QColor(255, 190, 40), 18, "2 - 1"), board + "screen.png");
+    Save(LitText(128, 64, QColor(12, 14, 20), QColor(255, 190, 40), 18, "2 - 1"), board + "screen.png");
     Save(Steel(), board + "steel.png");
-    Save(Display(64, 32, QColor(20, 20, 20), QColor(90, 230, 90), 12, "45:00"), board + "clock.png");
+    Save(LitText(64, 32, QColor(20, 20, 20), QColor(90, 230, 90), 12, "45:00"), board + "clock.png");
     return 0;
 }
