@@ -10,14 +10,12 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScreen>
-#include <QTimer>
 #include <QtTest>
 
 #include <filesystem>
 #include <memory>
 
 #include "core/NumberText.h"
-#include "core/ProgramState.h"
 #include "core/Views.h"
 #include "core/myOps.h"
 #include "preview/PreviewViewOps.h"
@@ -30,27 +28,9 @@
 #include "shell/IniOps.h"
 #include "shell/ui/VORNOptions.h"
 #include "shell/ui/vorn.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
 #include "WindowTestKit.h"
 
 namespace {
-
-int NotBackground(const QImage& image) {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) != 0xC0C0C0;
-    return n;
-}
-
-int RunEventLoop(const std::function<void()>& first) {
-    QTimer watchdog;
-    watchdog.setSingleShot(true);
-    QObject::connect(&watchdog, &QTimer::timeout, [] { QCoreApplication::exit(-1); });
-    watchdog.start(5000);
-    QTimer::singleShot(0, first);
-    return QCoreApplication::exec();
-}
 
 QAction* PopupEntry(vorn& w, const char* name) {
     for (QAction* a : w.objselect()->actions())
@@ -63,8 +43,8 @@ QAction* PopupEntry(vorn& w, const char* name) {
 class FramePreviewsTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ScratchFolder> folder_;
-    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ScratchProgram> program_;
+    ScriptedDesktop* desktop_ = nullptr;
     std::unique_ptr<vorn> frame_;
 
     CortonaViewer* w(int index) { return CortonaViewer::existing(index); }
@@ -99,23 +79,16 @@ class FramePreviewsTest : public QObject {
 
 private slots:
     void init() {
-        ResetProgramState();
-        folder_ = std::make_unique<ScratchFolder>();
-        AppFolder = folder_->path();
-        ResourceFolder = folder_->file("share");
+        program_ = std::make_unique<ScratchProgram>();
+        desktop_ = &program_->desktop;
         std::filesystem::create_directories(AppPath("temp"));
-        desktop_ = std::make_unique<ScriptedDesktop>();
         WriteConfig("Terramason", "Previews", "1");
         WriteConfig("Previews", "PerspectiveTex", "1");
         WriteConfig("Previews", "ZoomAmount", "1000");
     }
     void cleanup() {
         frame_.reset();
-        desktop_.reset();
-        folder_.reset();
-        AppFolder.clear();
-        ResourceFolder.clear();
-        ResetProgramState();
+        program_.reset();
     }
 
     void loadviewsLaysTheFourWindowsOutRightOfThePartsList() {
@@ -186,21 +159,6 @@ private slots:
         for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(!w(i));
         QVERIFY(!std::filesystem::exists(AppPath("temp/Top.wrl")));
         QCOMPARE(frame_->mdiArea()->subWindowList().size(), 1);  // the parts list alone
-    }
-
-    void plusOnAnInactiveWindowActivatesItAndZoomsItByOneAmount() {
-        openProject();
-        w(ViewTop)->Picture1()->setFocus(Qt::OtherFocusReason);
-        QTRY_COMPARE(CortonaViewer::activeIndex(), int(ViewTop));
-        const std::string topHead = temp("Top.tmp");
-        QTest::mouseClick(w(ViewRight)->zoomin(), Qt::LeftButton);
-        QTRY_COMPARE(CortonaViewer::activeIndex(), int(ViewRight));
-        QCOMPARE(PreviewViews[ViewRight].PositionZ, StartPreviewViews()[ViewRight].PositionZ - 1000);
-        QCOMPARE(PreviewViews[ViewTop], StartPreviewViews()[ViewTop]);
-        QVERIFY(temp("Right.tmp").find("position 0 1500 19000") != std::string::npos);
-        QVERIFY(temp("Right.wrl").find("position 0 1500 19000") != std::string::npos);
-        QCOMPARE(temp("Top.tmp"), topHead);
-        QCOMPARE(w(ViewRight)->Cortona1()->camera().z, 19000.0f);
     }
 
     void aDragOfAHundredPixelsTurnsTheViewByOneDegree() {

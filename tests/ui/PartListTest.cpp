@@ -8,41 +8,25 @@
 
 #include <memory>
 
-#include "core/ProgramState.h"
 #include "editors/ui/vornselectobj.h"
-#include "shell/ui/vorn.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
-#include "WindowTestKit.h"
+#include "FrameTestKit.h"
 
 class PartListTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ScratchFolder> folder_;
-    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ScratchProgram> program_;
 
     static std::vector<bool> Rows(vornselectobj* list) { return list->selectedRows(); }
 
 private slots:
-    void init() {
-        ResetProgramState();
-        folder_ = std::make_unique<ScratchFolder>();
-        AppFolder = folder_->path();
-        desktop_ = std::make_unique<ScriptedDesktop>();
-    }
-
-    void cleanup() {
-        desktop_.reset();
-        folder_.reset();
-        AppFolder.clear();
-        ResetProgramState();
-    }
+    void init() { program_ = std::make_unique<ScratchProgram>(); }
+    void cleanup() { program_.reset(); }
 
     void refreshListsEveryPartByItsNameAllSelectedWithoutReloading() {
         vorn w;
         w.createnew(0, "Project1");
         CurrentProject.OIF = NamedParts({"North stand", "Caf\xE9 roof", "Pitch"});
-        desktop_->loadingTexts.clear();
+        program_->desktop.loadingTexts.clear();
         SpyViews spy;
         TheViews().RefreshPartsList();
 
@@ -58,15 +42,13 @@ private slots:
         QCOMPARE(box->currentRow(), 0);
         QVERIFY(list->ListReady);
         QCOMPARE(spy.count("ReloadPreviews"), 0);
-        QCOMPARE(desktop_->loadingTexts, std::vector<std::string>{"Loading OIF parts interface..."});
-        QVERIFY(!desktop_->loadingShown);
+        QCOMPARE(program_->desktop.loadingTexts, std::vector<std::string>{"Loading OIF parts interface..."});
+        QVERIFY(!program_->desktop.loadingShown);
     }
 
     void aSelectionChangeReloadsOnlyWhenTheListIsReady() {
         vorn w;
-        w.createnew(0, "Project1");
-        CurrentProject.OIF = NamedParts({"A", "B", "C"});
-        TheViews().RefreshPartsList();
+        OpenProjectOf(w, {"A", "B", "C"});
         vornselectobj* list = w.selectobj();
         SpyViews spy;
 
@@ -83,9 +65,7 @@ private slots:
         vorn w;
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
-        w.createnew(0, "Project1");
-        CurrentProject.OIF = NamedParts({"A", "B", "C", "D"});
-        TheViews().RefreshPartsList();
+        OpenProjectOf(w, {"A", "B", "C", "D"});
         vornselectobj* list = w.selectobj();
         QVERIFY(QTest::qWaitForWindowExposed(list));
         QWidget* viewport = list->objectbox()->viewport();
@@ -117,11 +97,8 @@ private slots:
 
     void controlAReachesNeitherTheListNorTheDisabledEntry() {
         vorn w;
-        w.show();
         QVERIFY(MakeActive(w));
-        w.createnew(0, "Project1");
-        CurrentProject.OIF = NamedParts({"A", "B", "C"});
-        TheViews().RefreshPartsList();
+        OpenProjectOf(w, {"A", "B", "C"});
         vornselectobj* list = w.selectobj();
         list->objectbox()->clearSelection();
         list->objectbox()->setFocus();
@@ -161,15 +138,13 @@ private slots:
 
     void mergeChangesTheDocumentButLeavesTheListStale() {
         vorn w;
-        w.createnew(0, "Project1");
-        CurrentProject.OIF = NamedParts({"A", "B", "C"});  // all of texture tp00
-        TheViews().RefreshPartsList();
+        OpenProjectOf(w, {"A", "B", "C"});  // all of texture tp00
         SpyViews spy;
         w.menuAction("Merge parts with same texture...")->trigger();
         QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(1));
         QCOMPARE(w.selectobj()->objectbox()->count(), 3);
         QVERIFY(spy.calls.empty());
-        QVERIFY(desktop_->messages.empty());
+        QVERIFY(program_->desktop.messages.empty());
     }
 };
 

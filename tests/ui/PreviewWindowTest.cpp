@@ -12,7 +12,6 @@
 #include <memory>
 #include <sstream>
 
-#include "core/ProgramState.h"
 #include "core/Views.h"
 #include "core/myOps.h"
 #include "preview/PreviewViewOps.h"
@@ -22,8 +21,6 @@
 #include "preview/ui/vrmlviewer.h"
 #include "shell/IniOps.h"
 #include "shell/fileOps.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
 #include "WindowTestKit.h"
 
 namespace {
@@ -58,20 +55,12 @@ std::string Slurp(const std::string& path) {
     return s.str();
 }
 
-int CountNotBackground(const QImage& image) {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) == 0xC0C0C0 ? 0 : 1;
-    return n;
-}
-
 }  // namespace
 
 class PreviewWindowTest : public QObject {
     Q_OBJECT
 
-    std::unique_ptr<ScratchFolder> folder_;
-    std::unique_ptr<ScriptedDesktop> desktop_;
+    std::unique_ptr<ScratchProgram> program_;
     std::unique_ptr<ForwardingViews> views_;
     std::unique_ptr<QWidget> frame_;
 
@@ -81,11 +70,6 @@ class PreviewWindowTest : public QObject {
         w(index)->Picture1()->setFocus(Qt::OtherFocusReason);
         QTRY_VERIFY(w(index)->Picture1()->hasFocus());
     }
-    void wheel(QWidget* target, int delta) {
-        QWheelEvent e(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, delta), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(target, &e);
-    }
     std::vector<bool> activeColours() {
         std::vector<bool> a;
         for (int i = 0; i < PreviewWindowCount; ++i) a.push_back(w(i)->showsActiveColour());
@@ -94,11 +78,8 @@ class PreviewWindowTest : public QObject {
 
 private slots:
     void init() {
-        ResetProgramState();
-        folder_ = std::make_unique<ScratchFolder>();
-        AppFolder = folder_->path();
+        program_ = std::make_unique<ScratchProgram>();
         std::filesystem::create_directories(AppPath("temp"));
-        desktop_ = std::make_unique<ScriptedDesktop>();
         views_ = std::make_unique<ForwardingViews>();
         WriteConfig("Terramason", "Previews", "1");
         WriteConfig("Previews", "ZoomAmount", "1000");
@@ -126,9 +107,7 @@ private slots:
     void cleanup() {
         frame_.reset();
         views_.reset();
-        desktop_.reset();
-        folder_.reset();
-        ResetProgramState();
+        program_.reset();
     }
 
     void controlsStandWhereTheWindowPutsThem() {
@@ -173,7 +152,7 @@ private slots:
     void theLookupTakesTheFirstActiveWindowWhateverWindowTheEventIsIn() {
         focusStrip(ViewPerspective);
         // The wheel turns over the Top window: the active Perspective view zooms.
-        wheel(w(ViewTop)->Cortona1(), 2 * 120);
+        TurnWheel(w(ViewTop)->Cortona1(), 2 * 120);
         QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 2000);
         QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
         QCOMPARE(views_->log, (std::vector<std::string>{"release Perspective", "load Perspective"}));
@@ -185,7 +164,7 @@ private slots:
     }
 
     void withoutAnActiveWindowInputChangesNothing() {
-        wheel(w(ViewTop)->Cortona1(), 120);
+        TurnWheel(w(ViewTop)->Cortona1(), 120);
         w(ViewTop)->keyPressed(KeyLeft);
         QCOMPARE(PreviewViews, StartPreviewViews());
         QVERIFY(views_->log.empty());
@@ -194,11 +173,11 @@ private slots:
     void zoomAmountIsReadAtEachTurnAndNonNumbersCountAsNothing() {
         focusStrip(ViewTop);
         WriteConfig("Previews", "ZoomAmount", "250.5 units");
-        wheel(w(ViewTop)->Cortona1(), -120);
+        TurnWheel(w(ViewTop)->Cortona1(), -120);
         QCOMPARE(PreviewViews[ViewTop].PositionZ, 30250.5f);
         WriteConfig("Previews", "ZoomAmount", "lots");
         views_->log.clear();
-        wheel(w(ViewTop)->Cortona1(), 120);
+        TurnWheel(w(ViewTop)->Cortona1(), 120);
         QCOMPARE(PreviewViews[ViewTop].PositionZ, 30250.5f);
         // The view is reloaded all the same.
         QCOMPARE(views_->log.size(), std::size_t(2));
@@ -270,12 +249,12 @@ private slots:
 
     void theNewViewIsWhatTheViewerShows() {
         CortonaViewer* persp = w(ViewPerspective);
-        const int before = CountNotBackground(persp->Cortona1()->grabFramebuffer());
+        const int before = NotBackground(persp->Cortona1()->grabFramebuffer());
         QVERIFY2(before > 50, "the pitch is in the picture");
         for (int i = 0; i < 3; ++i) QTest::mouseClick(persp->zoomin(), Qt::LeftButton);
         QCOMPARE(PreviewViews[ViewPerspective].PositionZ, 27000.0f);
         QCOMPARE(persp->Cortona1()->camera().z, 27000.0f);
-        const int after = CountNotBackground(persp->Cortona1()->grabFramebuffer());
+        const int after = NotBackground(persp->Cortona1()->grabFramebuffer());
         QVERIFY2(after > before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
     }
 
@@ -301,7 +280,7 @@ private slots:
         CortonaViewer::ReleaseView("Back");
         QCOMPARE(w(ViewBack)->Cortona1()->scene(), QStringLiteral("None"));
         QVERIFY(!w(ViewBack)->Cortona1()->hasWorld());
-        QVERIFY(desktop_->messages.empty());
+        QVERIFY(program_->desktop.messages.empty());
     }
 
     void theWindowsAreFoundByIndexAndDescription() {

@@ -1,7 +1,6 @@
 // The Qt side of the desktop seam: what the program's filters, command lines and message texts
 // become when they reach Qt and the system.
 #include <QAbstractButton>
-#include <QBuffer>
 #include <QImage>
 #include <QApplication>
 #include <QFileDialog>
@@ -11,6 +10,7 @@
 #include <QtTest>
 
 #include "shell/ui/QtDesktop.h"
+#include "WindowTestKit.h"
 
 namespace {
 
@@ -20,18 +20,12 @@ struct SeenBox {
     QMessageBox::StandardButtons buttons;
 };
 
-// Waits for the next modal message box, notes what it shows and presses `press` on it.
+// Notes what the next message box shows and presses `press` on it.
 void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton press) {
-    auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, &seen, press] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box || !box->isVisible()) return;
-        poll->stop();
-        poll->deleteLater();
+    WhenModalShown<QMessageBox>([&seen, press](QMessageBox* box) {
         seen = {box->text(), box->windowTitle(), box->icon(), box->standardButtons()};
         box->button(press)->click();
     });
-    poll->start(20);
 }
 
 }  // namespace
@@ -191,13 +185,7 @@ private slots:
     void clipboardPictureGoesBothWaysAndReplacesText() {
         QtDesktop desktop;
         desktop.SetClipboardText("tp01");
-        QImage picture(5, 2, QImage::Format_RGB32);
-        picture.fill(QColor(10, 200, 30));
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        picture.save(&buffer, "PNG");
-        desktop.SetClipboardImage(std::vector<std::uint8_t>(png.begin(), png.end()));
+        desktop.SetClipboardImage(PngOf(QColor(10, 200, 30), 5, 2));
 
         const std::vector<std::uint8_t> back = desktop.ClipboardImage();
         QImage read;

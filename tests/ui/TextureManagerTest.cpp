@@ -20,7 +20,7 @@
 #include "preview/ui/VrmlView.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
+#include "FrameTestKit.h"
 
 namespace {
 
@@ -154,12 +154,7 @@ private slots:
     void anImportedJPEGBecomesThePNGThatThePerspectivePreviewShows() {
         WriteConfig("Terramason", "Previews", "1");
         WriteConfig("Previews", "PerspectiveTex", "1");
-        frame_ = std::make_unique<vorn>();
-        frame_->resize(1200, 900);
-        QVERIFY(MakeActive(*frame_));
-        frame_->createnew(0, "Project1");
-        CurrentProject.OIF = TexturedQuad();
-        TheViews().RefreshPartsList();
+        OpenFrameWithProject(frame_);
         vorntexture* t = vorntexture::existing();
 
         const std::string jpeg = program_->folder.file("red.jpg");

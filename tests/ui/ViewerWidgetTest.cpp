@@ -54,13 +54,6 @@ std::string World(const std::string& body) { return "#VRML V2.0 utf8\n\n" + body
 
 bool IsBackground(QRgb pixel) { return (pixel & 0xFFFFFF) == (Background & 0xFFFFFF); }
 
-int CountNotBackground(const QImage& image) {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) n += IsBackground(image.pixel(x, y)) ? 0 : 1;
-    return n;
-}
-
 // The middle column of the shape's pixels, or -1 when there are none.
 double ShapeCentreX(const QImage& image) {
     long sum = 0, n = 0;
@@ -147,7 +140,7 @@ private slots:
                  qPrintable(QString::number(middle, 16)));
         // A square of side 2 seen from 10 away with a 45 degree view fills about a fifth of the
         // height: a real projection, not a smear over the window.
-        const int covered = CountNotBackground(p);
+        const int covered = NotBackground(p);
         QVERIFY2(covered > 400 && covered < 2000, qPrintable(QString::number(covered)));
     }
 
@@ -164,7 +157,7 @@ private slots:
         view_->setScene(QStringLiteral("None"));
         QCOMPARE(view_->scene(), QStringLiteral("None"));
         QVERIFY(!view_->hasWorld());
-        QCOMPARE(CountNotBackground(picture()), 0);
+        QCOMPARE(NotBackground(picture()), 0);
     }
 
     void aWorldThatCannotBeReadShowsNothingAndSaysNothing() {
@@ -173,9 +166,9 @@ private slots:
         WriteText(broken, "#VRML V2.0 utf8\nShape { geometry IndexedFaceSet { coord Coordinate { point [ 0 0");
         const std::string err = CapturedStderr([&] {
             view_->setScene(QString::fromStdString(broken));
-            QCOMPARE(CountNotBackground(picture()), 0);
+            QCOMPARE(NotBackground(picture()), 0);
             view_->setScene(QString::fromStdString(folder_->file("absent.wrl")));
-            QCOMPARE(CountNotBackground(picture()), 0);
+            QCOMPARE(NotBackground(picture()), 0);
         });
         QCOMPARE(QString::fromStdString(err), QString());
         QVERIFY(desktop.messages.empty());
@@ -266,7 +259,7 @@ private slots:
         WriteText(wrl, World(Viewpoint("10 0 0", "0 1 0 1.570796") + Square(0, 0, 1, Red)));
         view_->setScene(QString::fromStdString(wrl));
         const QImage side = picture();
-        QCOMPARE(CountNotBackground(side), 0);  // the square is seen edge on
+        QCOMPARE(NotBackground(side), 0);  // the square is seen edge on
         WriteText(wrl, World(Viewpoint("10 0 0", "0 1 0 1.570796") +
                              "Transform { rotation 0 1 0 1.570796 children [ " + Square(0, 0, 1, Red) + " ] }\n"));
         view_->setScene(QString::fromStdString(wrl));
@@ -307,16 +300,11 @@ private slots:
         QCOMPARE(releases[0][2].toFloat(), 30.0f);
         QCOMPARE(releases[0][3].toFloat(), 40.0f);
 
-        auto turn = [&](int delta) {
-            QWheelEvent e(QPointF(5, 5), view_->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, delta), Qt::NoButton,
-                          Qt::NoModifier, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(view_.get(), &e);
-        };
-        turn(240);
-        turn(-120);
-        turn(60);  // half a notch waits for its other half
+        TurnWheel(view_.get(), 240);
+        TurnWheel(view_.get(), -120);
+        TurnWheel(view_.get(), 60);  // half a notch waits for its other half
         QCOMPARE(wheel.size(), 2);
-        turn(60);
+        TurnWheel(view_.get(), 60);
         QCOMPARE(wheel.size(), 3);
         QCOMPARE(wheel[0][0].toInt(), 2);
         QCOMPARE(wheel[1][0].toInt(), -1);

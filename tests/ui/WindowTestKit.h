@@ -5,26 +5,31 @@
 #include <QComboBox>
 #include <QImage>
 #include <QPointer>
+#include <QBuffer>
 #include <QTimer>
 #include <QtTest>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "shell/HelpOps.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
 
 // What a window test starts from: the program state of a fresh start, a scratch folder as
-// AppFolder and the scripted desktop. Made in init() and dropped in cleanup().
+// AppFolder (and its "share" as ResourceFolder) and the scripted desktop. Made in init() and dropped in cleanup().
 struct ScratchProgram {
     ScratchProgram() {
         ResetProgramState();
         AppFolder = folder.path();
+        ResourceFolder = folder.file("share");
     }
     ~ScratchProgram() {
         AppFolder.clear();
+        ResourceFolder.clear();
         ResetProgramState();
     }
     ScratchProgram(const ScratchProgram&) = delete;
@@ -163,4 +168,41 @@ inline QStringList ComboRows(const QComboBox* box) {
 inline void UserPicksRow(QComboBox* box, int row) {
     box->setCurrentIndex(row);
     emit box->activated(row);
+}
+
+// Runs the application's own event loop until something ends it, as main() does. Gives -1 if
+// nothing ended it within five seconds.
+inline int RunEventLoop(const std::function<void()>& first) {
+    QTimer watchdog;
+    watchdog.setSingleShot(true);
+    QObject::connect(&watchdog, &QTimer::timeout, [] { QCoreApplication::exit(-1); });
+    watchdog.start(5000);
+    QTimer::singleShot(0, first);
+    return QCoreApplication::exec();
+}
+
+// Pixels that are not the grey background of the previews.
+inline int NotBackground(const QImage& image) {
+    int n = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) != 0xC0C0C0;
+    return n;
+}
+
+// The mouse wheel turned over the widget by `delta` (120 to a notch).
+inline void TurnWheel(QWidget* target, int delta) {
+    QWheelEvent e(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, delta), Qt::NoButton,
+                  Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(target, &e);
+}
+
+// A PNG of one colour, as the clipboard hands pictures over.
+inline std::vector<std::uint8_t> PngOf(QColor colour, int width = 4, int height = 3) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(colour);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return {bytes.begin(), bytes.end()};
 }
