@@ -82,16 +82,11 @@ TEST_F(cliDocumentVerbs, mergeJoinsExactTexturesAndCrowdOnlyKeepsTheRest) {
     ASSERT_EQ(RunCli({"merge", in, "-o", scratch.file("all.oif")}).status, 0);
     const json all = Dump(scratch.file("all.oif"));
     ASSERT_EQ(all["parts"].size(), 3u);
-    EXPECT_EQ(all["parts"][0]["texture"], "tp00");
-    EXPECT_EQ(all["parts"][0]["vertices"].size(), 12u);
-    EXPECT_EQ(all["parts"][0]["indices"], json::parse("[0,1,2,3,3,4,4,5,6,7,7,8,8,9,10,11]"));
-    EXPECT_EQ(all["parts"][1]["texture"], "TP00");
+    EXPECT_EQ(all["parts"][0]["vertices"].size(), 12u) << "how parts join is MergeSameTexture's (PartOperationsTest)";
     ASSERT_EQ(RunCli({"merge", in, "--crowd-only", "-o", scratch.file("crowd.oif")}).status, 0);
     const json crowd = Dump(scratch.file("crowd.oif"));
     ASSERT_EQ(crowd["parts"].size(), 5u);
-    EXPECT_EQ(crowd["parts"][3]["texture"], "rwh0");
     EXPECT_EQ(crowd["parts"][3]["vertices"].size(), 8u);
-    EXPECT_EQ(crowd["parts"][4]["texture"], "tp00");
 }
 
 TEST_F(cliDocumentVerbs, previewsWriteTheFourViewsWithoutTheHiddenParts) {

@@ -6,9 +6,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "cli/RunCli.h"
+#include "cli/CliFixture.h"
 #include "support/Chunks3DS.h"
-#include "support/TestFiles.h"
 
 namespace {
 
@@ -27,14 +26,7 @@ const char* const Table =
     "\"Name\",\"Type\",\"Object Type\"\r\n\"a\",\"point\",\"0,0,0\"\r\n\"b\",\"point\",\"1,0,0\"\r\n"
     "\"c\",\"point\",\"1,0,1\"\r\n\"d\",\"point\",\"0,0,1\"\r\n";
 
-class cliExchange : public ::testing::Test {
-protected:
-    std::string Put(const std::string& name, const std::vector<std::uint8_t>& bytes) {
-        WriteFile(scratch.file(name), bytes);
-        return scratch.file(name);
-    }
-    ScratchFolder scratch;
-};
+using cliExchange = CliScratchTest;
 
 }  // namespace
 

@@ -34,20 +34,6 @@ TEST(FixedText, PadsShortTextWithBlanksAndCutsLongText) {
     EXPECT_EQ(name.str(), exact28);
 }
 
-TEST(Document, NewFileIsTheEmptyStadium) {
-    const OIFFile doc = NewOIFFile();
-    EXPECT_EQ(doc.Label, "OIF1");
-    EXPECT_EQ(doc.Header.Magic.str(), "OiFF");
-    EXPECT_EQ(doc.Header.Version, 1);
-    EXPECT_EQ(doc.Header.Kind, 1);
-    EXPECT_EQ(doc.Header.FileLength, 0);
-    EXPECT_EQ(doc.Header.TrailerCount, 0);
-    EXPECT_EQ(doc.Header.TrailerSpare, 0);
-    EXPECT_EQ(doc.Header.PartCount, 0);
-    EXPECT_TRUE(doc.Parts.empty());
-    EXPECT_TRUE(doc.Trailer.empty());
-}
-
 TEST(Document, AddPartAppendsAndCountsWithoutTouchingTheOriginal) {
     const OIFFile empty = NewOIFFile();
     OIFPart a = MakePartFromQuads(Quads(1));

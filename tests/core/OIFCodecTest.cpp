@@ -60,13 +60,21 @@ TEST(ParseOIF, ReadsEveryFieldOfAHandMadeFile) {
 }
 
 TEST(ParseOIF, TrimsTexturesAndStopsNamesAtTheFirstNul) {
-    Bytes b = Header(1);
+    Bytes b = Header(3);
     b.field("", 28).raw(" ab ").i32(0).i32(0);
-    const OIFParse r = ParseOIF(b.data);
+    b.raw(std::string("Roof\0garbage\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 28)).raw(std::string("\0abc", 4)).i32(0).i32(0);
+    b.raw(std::string("  Roof  \0garbagexxxxxxxxxxxx", 28)).raw(std::string("ab\0\0", 4)).i32(0).i32(0);
+    OIFParse r = ParseOIF(b.data);
     ASSERT_EQ(r.error, "");
     EXPECT_EQ(r.doc.Parts[0].Header.Name.str(), std::string(28, ' '));
     EXPECT_EQ(r.doc.Parts[0].Header.Texture.str(), "ab  ");
+    EXPECT_EQ(r.doc.Parts[1].Header.Name.str(), "Roof" + std::string(24, ' '));
+    EXPECT_EQ(r.doc.Parts[1].Header.Texture.str(), "tp00") << "a texture that starts with NUL is blank";
+    EXPECT_EQ(r.doc.Parts[2].Header.Texture.str(), "ab  ");
     EXPECT_TRUE(r.doc.Trailer.empty());
+    // Written back, the name is trimmed and ends in NUL then blanks.
+    const ByteBuffer out = EncodeOIF(r.doc);
+    EXPECT_EQ(std::string(out.begin() + 24 + 2 * 40, out.begin() + 24 + 2 * 40 + 28), std::string("Roof\0", 5) + std::string(23, ' '));
 }
 
 TEST(EncodeOIF, WritesTheFileFormatByteForByte) {
@@ -94,6 +102,9 @@ TEST(EncodeOIF, TrailerIsWrittenOnlyWhenTheHeaderCountsIt) {
     const ByteBuffer without = EncodeOIF(dropped);
     EXPECT_EQ(withTrailer.size(), without.size() + 3);
     EXPECT_EQ(binaryOps::GetI32(without, 8), static_cast<std::int32_t>(without.size()));
+    OIFFile negative = kept;
+    negative.Header.TrailerCount = -1;
+    EXPECT_EQ(EncodeOIF(negative).size(), without.size());
     // A positive count with nothing held writes no trailer and does not fail.
     OIFFile empty = NewOIFFile();
     empty.Header.TrailerCount = 5;
@@ -114,7 +125,10 @@ TEST(EncodeOIF, LeavesEveryTextureOfTheDocumentBlank) {
 }
 
 TEST(EncodeOIF, EmptyDocumentsAreTwentyFourBytes) {
+    // The empty stadium of a new project, every header field in the file.
     OIFFile fresh = NewOIFFile();
+    EXPECT_EQ(fresh.Label, "OIF1");
+    EXPECT_TRUE(fresh.Parts.empty() && fresh.Trailer.empty());
     const ByteBuffer bytes = EncodeOIF(fresh);
     Bytes want;
     want.raw("OiFF").i16(1).i16(1).i32(24).i32(0).i32(0).i32(0);
@@ -130,6 +144,15 @@ TEST(EncodeOIF, EmptyDocumentsAreTwentyFourBytes) {
     EXPECT_EQ(ParseOIF(noProject).error, InvalidOIFTypeMessage);
 }
 
+TEST(OIFCodec, KeepsTheBitsOfEveryVertexFieldThroughALoadAndASave) {
+    Bytes b = Header(1);
+    // A signalling NaN: a float register would quiet it.
+    b.field("p", 28).raw("tp00").i32(1).i32(0).u32(0x7FA00001).f32(-0.0f).f32(1e-30f).u32(0xFFFFFFFFu).f32(0.25f).f32(-7);
+    OIFFile doc = ParseOIF(b.data).doc;
+    const ByteBuffer out = EncodeOIF(doc);
+    EXPECT_EQ(ByteBuffer(out.begin() + 24, out.end()), ByteBuffer(b.data.begin() + 24, b.data.end()));
+}
+
 TEST(ParseOIF, RefusesWrongMagicAndWrongKind) {
     Bytes caps;
     caps.raw("OIFF").i16(1).i16(1).i32(24).i32(0).i32(0).i32(0);
@@ -142,6 +165,12 @@ TEST(ParseOIF, RefusesWrongMagicAndWrongKind) {
     EXPECT_EQ(r.doc.Header.FileLength, 24);
     EXPECT_EQ(r.doc.Header.Magic.str(), "OiFF");
     EXPECT_TRUE(r.doc.Parts.empty());
+    Bytes kind0;
+    kind0.raw("OiFF").i16(1).i16(0).i32(24).i32(0).i32(0).i32(0);
+    EXPECT_EQ(ParseOIF(kind0.data).error, InvalidOIFTypeMessage);
+    Bytes both;
+    both.raw("OiFf").i16(1).i16(2).i32(24).i32(0).i32(0).i32(0);
+    EXPECT_EQ(ParseOIF(both.data).error, InvalidOIFMessage) << "the magic is judged before the kind";
 }
 
 TEST(ParseOIF, RefusesEveryTruncationWithoutReadingPastTheEnd) {
@@ -168,6 +197,10 @@ TEST(ParseOIF, RefusesCountsThatLie) {
     Bytes hugeVertices = Header(1);
     hugeVertices.field("p", 28).raw("tp00").i32(0x7FFFFFFF).i32(0);
     cases.push_back({"huge vertex count", hugeVertices});
+    // 24 times this count wraps to 8 in 32 bits, which the file would seem to hold.
+    Bytes wrapping = Header(1);
+    wrapping.field("p", 28).raw("tp00").i32(0x0AAAAAAB).i32(0).raw(std::string(8, 'x'));
+    cases.push_back({"vertex count wrapping in 32 bits", wrapping});
     Bytes hugeIndices = Header(1);
     hugeIndices.field("p", 28).raw("tp00").i32(0).i32(0x7FFFFFFF);
     cases.push_back({"huge index count", hugeIndices});

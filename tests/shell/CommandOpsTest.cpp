@@ -110,15 +110,6 @@ TEST_F(DeletingParts, NothingSelectedAsksNothing) {
     EXPECT_TRUE(desktop.messages.empty());
 }
 
-TEST_F(DeletingParts, DeletingEveryPartLeavesAnEmptyDocument) {
-    views.selection = {true, true, true};
-    desktop.answers = {MessageAnswer::Yes};
-    EXPECT_EQ(DeleteSelectedParts(), 3);
-    EXPECT_TRUE(CurrentProject.OIF.Parts.empty());
-    EXPECT_EQ(CurrentProject.OIF.Header.PartCount, 0);
-    EXPECT_EQ(views.calls.size(), 2u);
-}
-
 TEST_F(DeletingParts, WithoutAPartsListEveryPartCountsAsSelected) {
     InstallViews(nullptr);
     desktop.answers = {MessageAnswer::No};

@@ -29,17 +29,13 @@ protected:
 
 }  // namespace
 
-TEST(FindResourceFolder, AnInstallIsFoundBesideTheProgramsFolder) {
+TEST(FindResourceFolder, AnInstallBesideTheProgramsFolderElseTheSourceTree) {
     ScratchFolder dir;
     fs::create_directories(dir.file("prefix/bin"));
     fs::create_directories(dir.file("prefix/share/terramason/help"));
+    fs::create_directories(dir.file("build/bin"));
     EXPECT_EQ(FindResourceFolder(dir.file("prefix/bin"), dir.file("source/resources")),
               dir.file("prefix/share/terramason"));
-}
-
-TEST(FindResourceFolder, ABuildThatIsNotInstalledUsesTheSourceTree) {
-    ScratchFolder dir;
-    fs::create_directories(dir.file("build/bin"));
     EXPECT_EQ(FindResourceFolder(dir.file("build/bin"), dir.file("source/resources")), dir.file("source/resources"));
     EXPECT_EQ(FindResourceFolder("", dir.file("source/resources")), dir.file("source/resources"));
 }
@@ -51,12 +47,9 @@ TEST_F(HelpBook, PagesOpenInTheBrowserAsFileAddresses) {
                                                        "file://" + dir.file("share/terramason/help/crowdwizard.html")}));
 }
 
-TEST_F(HelpBook, AddressesOfPathsWithBlanksAreEncoded) {
+TEST_F(HelpBook, AddressesAreAbsoluteAndEncoded) {
     ResourceFolder = "/opt/My Tools/terramason";
     EXPECT_EQ(HelpPageAddress("index.html"), "file:///opt/My%20Tools/terramason/help/index.html");
-}
-
-TEST_F(HelpBook, ARelativeFolderGivesAnAbsoluteAddress) {
     ResourceFolder = "resources";
     const std::string address = HelpPageAddress("index.html");
     EXPECT_EQ(address.rfind("file:///", 0), 0u) << address;

@@ -13,6 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr OutsideTool EveryTool[] = {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler,
+                                     OutsideTool::Rhinoceros, OutsideTool::ConvRav};
+
 class OutsideTools : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -61,8 +64,7 @@ TEST_F(OutsideTools, MissingRegistryValuesGiveNoProgram) {
 
 TEST_F(OutsideTools, InstalledMeansTheProgramFileExists) {
     RegisterAll();
-    for (OutsideTool tool : {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler, OutsideTool::Rhinoceros,
-                             OutsideTool::ConvRav})
+    for (OutsideTool tool : EveryTool)
         EXPECT_FALSE(ToolInstalled(tool)) << "registered but not there: " << int(tool);
 
     Touch("OEdit/oedit.exe");
@@ -70,8 +72,7 @@ TEST_F(OutsideTools, InstalledMeansTheProgramFileExists) {
     Touch("ZModeler/zmodeler.exe");
     Touch("Rhino/rhino3.exe");
     Touch("app/Tools/convrav.exe");
-    for (OutsideTool tool : {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler, OutsideTool::Rhinoceros,
-                             OutsideTool::ConvRav})
+    for (OutsideTool tool : EveryTool)
         EXPECT_TRUE(ToolInstalled(tool)) << int(tool);
 
     // A folder named like the program is no program.
@@ -81,8 +82,7 @@ TEST_F(OutsideTools, InstalledMeansTheProgramFileExists) {
 
 TEST_F(OutsideTools, AMissingToolIsPassedOverWithoutAWord) {
     RegisterAll();
-    for (OutsideTool tool : {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler, OutsideTool::Rhinoceros,
-                             OutsideTool::ConvRav})
+    for (OutsideTool tool : EveryTool)
         StartTool(tool);
     EXPECT_TRUE(desktop.commands.empty());
     EXPECT_TRUE(desktop.messages.empty());
