@@ -43,7 +43,7 @@ TEST_F(cliExchange, dump3dsPrintsTheTablesAndImportMakesOneStrippedPart) {
     const std::string out = scratch.file("out.oif");
     r = RunCli({"import", model, "-o", out});
     ASSERT_EQ(r.status, 0) << r.err;
-    const json doc = json::parse(RunCli({"dump", out}).out);
+    const json doc = Dump(out);
     ASSERT_EQ(doc["parts"].size(), 1u);
     // (1, 2, 0.5) in 3DS axes is (100, 50, -200) in the game's.
     EXPECT_EQ(doc["parts"][0]["vertices"][2][0], 100);
@@ -71,7 +71,7 @@ TEST_F(cliExchange, pointTablesGiveAQuadPartWithItsWireframeAndAQuadPreview) {
     const std::string out = scratch.file("out.oif"), wire = scratch.file("wire.wrl");
     CliResult r = RunCli({"import-csv", table, "-o", out, "--wire", wire});
     ASSERT_EQ(r.status, 0) << r.err;
-    const json doc = json::parse(RunCli({"dump", out}).out);
+    const json doc = Dump(out);
     EXPECT_EQ(doc["parts"][0]["indices"], json::parse("[0, 1, 2, 3]"));
     EXPECT_EQ(doc["parts"][0]["vertices"][0], json::parse("[100, 0, 0, 0, 0, 0]")) << "V1 first, x = a * 100";
     EXPECT_NE(ReadText(wire).find("100 0 0"), std::string::npos);

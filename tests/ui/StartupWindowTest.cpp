@@ -231,14 +231,8 @@ private slots:
 
     void loadOIFShowsTheProgressWindowWhileItReads() {
         const std::string path = program_->folder.file("small.oif");
-        Bytes b;
-        b.raw("OiFF").i16(3).i16(1).i32(0).i32(0).i32(0).i32(2);
-        for (const char* name : {"one", "two"}) {
-            b.field(name, 28).raw("tp01").i32(3).i32(3);
-            b.vertex(0, 0, 0, 0, 0, 0).vertex(1, 0, 0, 0, 1, 0).vertex(0, 1, 0, 0, 0, 1);
-            b.i16(0).i16(1).i16(2);
-        }
-        WriteFile(path, b.data);
+        OIFFile two = NamedParts({"one", "two"});
+        WriteFile(path, EncodeOIF(two));
 
         vorn w;
         w.show();
