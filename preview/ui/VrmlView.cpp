@@ -116,6 +116,10 @@ void VrmlView::setScene(const QString& path) {
             QFile file(path);
             if (file.open(QIODevice::ReadOnly)) bytes = file.readAll();
         }
+        // Without textures the parts have no colour of their own: drawn unlit they are flat white
+        // shapes on the pale background. A lit slate-blue material shows their form and stands out.
+        if (!showsTextures())
+            bytes.replace("Appearance {", "Appearance { material Material { diffuseColor 0.4 0.46 0.6 emissiveColor 0.2 0.22 0.28 }");
         if (!bytes.isEmpty()) {
             SoInput in;
             in.setBuffer(bytes.constData(), static_cast<size_t>(bytes.size()));
@@ -161,8 +165,11 @@ void VrmlView::bindFirstViewpoint() {
     camera_->position = position;
     camera_->orientation = orientation;
     camera_->heightAngle = fieldOfView;
+    // The light comes from over the viewer's left shoulder rather than from the eye, so that
+    // faces at different angles to the view (a tread and its riser) get different shades.
     SbVec3f ahead;
-    orientation.multVec(SbVec3f(0, 0, -1), ahead);
+    orientation.multVec(SbVec3f(0.3f, -0.45f, -1), ahead);
+    ahead.normalize();
     headlight_->direction = ahead;
     fitClippingPlanes();
 }
@@ -203,7 +210,10 @@ VrmlView::Camera VrmlView::camera() const {
 
 void VrmlView::setRenderFlags(int flags) {
     renderFlags_ = flags;
+    const bool wasTextured = texturing_->textureQuality.getValue() > 0;
     texturing_->textureQuality = showsTextures() ? TextureQualityOn : 0.0f;
+    // The slate material is given while the world is read.
+    if (wasTextured != showsTextures() && hasWorld()) setScene(scene_);
     update();
 }
 
