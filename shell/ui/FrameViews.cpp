@@ -62,7 +62,12 @@ void FrameViews::showoifform() {
     QWidget* frame = form->parentWidget();
     if (frame->isHidden()) {
         frame->resize(frame->sizeHint());
-        frame->move(std::max(0, area_->width() - frame->width()), 0);
+        // Beside the previews when the screen has room, so that it hides none of them; otherwise
+        // at the right edge, over the Perspective preview's right side.
+        int previewsRight = 0;
+        for (const PixelRect& r : PreviewWindowLayout()) previewsRight = std::max(previewsRight, r.Left + r.Width);
+        const int left = previewsRight + frame->width() <= area_->width() ? previewsRight : area_->width() - frame->width();
+        frame->move(std::max(0, left), 0);
     }
     frame->show();
     frame->raise();

@@ -18,6 +18,7 @@
 #include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
 #include "editors/ui/vorntexture.h"
+#include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
@@ -98,6 +99,25 @@ private slots:
         QVERIFY(f->refreshoif()->isEnabled());
         QCOMPARE(f->oifpartname()->text(), QString());
         QCOMPARE(TheViews().Selection().part, -1);
+    }
+
+    // Beside the previews on a wide screen, so that none is hidden; at the right edge otherwise.
+    void theEditorOpensBesideThePreviewsWhenThereIsRoom() {
+        int previewsRight = 0;
+        for (const PixelRect& r : PreviewWindowLayout()) previewsRight = std::max(previewsRight, r.Left + r.Width);
+        for (const int width : {1000, 2400}) {
+            frame_ = std::make_unique<vorn>();
+            frame_->resize(width, 900);
+            frame_->show();
+            frame_->createnew(0, "Project1");
+            QWidget* editor = vornoifform::existing()->parentWidget();
+            QVERIFY(editor->isVisible());
+            const int areaWidth = editor->parentWidget()->width();
+            if (width > previewsRight + editor->width() + 200)
+                QCOMPARE(editor->x(), previewsRight);
+            else
+                QCOMPARE(editor->geometry().right() + 1, areaWidth);
+        }
     }
 
     void refreshListsEveryPartAndShowsTheFirst() {
