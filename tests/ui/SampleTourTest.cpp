@@ -125,7 +125,8 @@ private slots:
         QCOMPARE(frame_->selectobj()->objectbox()->count(), 14 + 3 + 6);
         QVERIFY(desktop.messages.size() == 2);  // the two questions, nothing else
         // Closer, for the picture: the stadium fills the Perspective preview.
-        for (int i = 0; i < 3; ++i) CortonaViewer::existing(ViewPerspective)->zoominClick();
+        WriteConfig("Previews", "ZoomAmount", "4000");
+        for (int i = 0; i < 2; ++i) CortonaViewer::existing(ViewPerspective)->zoominClick();
         shoot("main-window.png");
 
         // The OIF Editor on the first home crowd part.
