@@ -19,7 +19,7 @@ std::string ReadText(const fs::path& path) {
     return text.str();
 }
 
-TEST(ShippedHelpBook, EveryLinkReachesAPageAndItsAnchorAndEveryPageIsLinkedFromTheContents) {
+TEST(ShippedHelpBook, EveryLinkReachesAPageAndItsAnchorAndEveryPageIsInTheContentsAndTheSideList) {
     const fs::path book = fs::path(TM_SAMPLES).parent_path() / "help";
     std::map<std::string, std::string> pages;
     for (const auto& entry : fs::directory_iterator(book))
@@ -49,6 +49,18 @@ TEST(ShippedHelpBook, EveryLinkReachesAPageAndItsAnchorAndEveryPageIsLinkedFromT
         if (name != "index.html") {
             EXPECT_TRUE(reachedFromContents.count(name)) << name << " is not in the contents";
         }
+
+    // The side list that nav.js puts on every page names each page once, and only pages.
+    const std::string nav = ReadText(book / "nav.js");
+    const std::regex listed(R"re(\["([^"]+\.html)")re");
+    std::set<std::string> inList;
+    for (auto it = std::sregex_iterator(nav.begin(), nav.end(), listed); it != std::sregex_iterator(); ++it) {
+        EXPECT_TRUE(pages.count((*it)[1].str())) << "nav.js lists the missing page " << (*it)[1].str();
+        EXPECT_TRUE(inList.insert((*it)[1].str()).second) << "nav.js lists " << (*it)[1].str() << " twice";
+    }
+    EXPECT_EQ(inList.size(), pages.size());
+    for (const auto& [name, text] : pages)
+        EXPECT_NE(text.find(R"(<script src="nav.js"></script>)"), std::string::npos) << name << " has no side list";
 }
 
 }  // namespace
