@@ -1,11 +1,13 @@
 #include "preview/ui/VrmlView.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFocusEvent>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QRegularExpression>
 #include <QWheelEvent>
 
 #include <Inventor/SbLinear.h>
@@ -63,6 +65,29 @@ bool IsSearched(const QByteArray& folder) {
     return false;
 }
 
+// A part without a texture to show has no colour of its own: drawn unlit it is a flat white
+// shape on the pale background. Its appearance gets a lit slate-blue material, which shows its
+// form and stands out: every appearance when textures are off, and when they are on those whose
+// picture is not in the world's folder.
+QByteArray ShadeUntextured(const QByteArray& world, const QString& folder, bool textured) {
+    static const QRegularExpression appearance(
+        QStringLiteral(R"re(Appearance\s*\{(\s*texture\s+ImageTexture\s*\{\s*url\s+"([^"]*)")?)re"));
+    static const QString slate = QStringLiteral(" material Material { diffuseColor 0.4 0.46 0.6 emissiveColor 0.2 0.22 0.28 }");
+    const QString text = QString::fromLatin1(world);
+    QString shaded;
+    qsizetype done = 0;
+    for (auto it = appearance.globalMatch(text); it.hasNext();) {
+        const QRegularExpressionMatch m = it.next();
+        const bool pictureShown = textured && m.hasCaptured(2) && QFileInfo(QDir(folder), m.captured(2)).isFile();
+        const qsizetype brace = text.indexOf(QLatin1Char('{'), m.capturedStart()) + 1;
+        shaded += QStringView(text).mid(done, brace - done);
+        if (!pictureShown) shaded += slate;
+        done = brace;
+    }
+    shaded += QStringView(text).mid(done);
+    return shaded.toLatin1();
+}
+
 }  // namespace
 
 VrmlView::VrmlView(QWidget* parent) : QOpenGLWidget(parent), renderFlags_(RenderUntextured) {
@@ -116,10 +141,7 @@ void VrmlView::setScene(const QString& path) {
             QFile file(path);
             if (file.open(QIODevice::ReadOnly)) bytes = file.readAll();
         }
-        // Without textures the parts have no colour of their own: drawn unlit they are flat white
-        // shapes on the pale background. A lit slate-blue material shows their form and stands out.
-        if (!showsTextures())
-            bytes.replace("Appearance {", "Appearance { material Material { diffuseColor 0.4 0.46 0.6 emissiveColor 0.2 0.22 0.28 }");
+        bytes = ShadeUntextured(bytes, QFileInfo(path).absolutePath(), showsTextures());
         if (!bytes.isEmpty()) {
             SoInput in;
             in.setBuffer(bytes.constData(), static_cast<size_t>(bytes.size()));
