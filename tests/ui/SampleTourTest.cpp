@@ -71,7 +71,7 @@ class SampleTourTest : public QObject {
         QTest::qWait(50);
         return view->grabFramebuffer();
     }
-    // The whole screen as the user sees it, when the pictures are wanted.
+    // A picture of the window, or of the whole screen as the user sees it, when pictures are wanted.
     void shoot(const char* name, QWidget* window = nullptr) {
         if (shots_.isEmpty()) return;
         QTest::qWait(300);
@@ -94,7 +94,7 @@ private slots:
     void theSampleThroughTheMenus() {
         frame_ = std::make_unique<vorn>();
         const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-        frame_->setGeometry(screen.adjusted(0, 0, 0, 0));
+        frame_->setGeometry(screen);
         QVERIFY(MakeActive(*frame_));
         ScriptedDesktop& desktop = program_->desktop;
 
