@@ -119,12 +119,17 @@ private:
         return n;
     }
 
+    // A version chunk at either level: its name, then its number one level deeper.
+    void Version(const Chunk3DS& c, const std::string& depth, const char* name) {
+        Log3DS(depth + name);
+        Need(c, Payload(c), 4, "a version");
+        Log3DS(depth + "--Version = " + std::to_string(GetI32(bytes_, Payload(c))));
+    }
+
     void TopLevel(const Chunk3DS& c) {
         switch (c.id) {
             case 0x0002:
-                Log3DS("--VERSION");
-                Need(c, Payload(c), 4, "a version");
-                Log3DS("----Version = " + std::to_string(GetI32(bytes_, Payload(c))));
+                Version(c, "--", "VERSION");
                 break;
             case 0x3D3D:
                 Log3DS("--EDIT3DS");
@@ -142,9 +147,7 @@ private:
     void Edit(const Chunk3DS& c) {
         switch (c.id) {
             case 0x3D3E:
-                Log3DS("----MESH_VERSION");
-                Need(c, Payload(c), 4, "a version");
-                Log3DS("------Version = " + std::to_string(GetI32(bytes_, Payload(c))));
+                Version(c, "----", "MESH_VERSION");
                 break;
             case 0xAFFF:
                 Log3DS("----MATERIAL");
