@@ -72,6 +72,7 @@ int main(int argc, char** argv) {
     bool met = true;
     for (const char* mode : {"WeldOff", "WeldOn"})
         met = ReportSpeedup(reporter, std::string("BM_Make3DSPart_") + mode, std::string("BM_Pairwise_") + mode,
-                            std::string("Make3DSPart, 30,000 vertices, ") + mode, 0.2, 50) && met;
+                            std::string("Make3DSPart, 30,000 vertices, ") + mode, 0.2, 50) &&
+              met;
     return met ? 0 : 3;
 }

@@ -70,6 +70,7 @@ int main(int argc, char** argv) {
     bool met = true;
     for (const char* mode : {"MergeOff", "MergeOn"})
         met = ReportSpeedup(reporter, std::string("BM_OptimiseImportMesh_") + mode, std::string("BM_Pairwise_") + mode,
-                            std::string("OptimiseImportMesh, 30,000 vertices, ") + mode, 0.1, 100) && met;
+                            std::string("OptimiseImportMesh, 30,000 vertices, ") + mode, 0.1, 100) &&
+              met;
     return met ? 0 : 3;
 }

@@ -7,8 +7,8 @@
 #include <map>
 #include <memory>
 #include <string>
-#include <vector>
 #include <utility>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -35,11 +35,16 @@ OIFFile MakeStadium() {
         part.Vertices.resize(VerticesPerPart);
         for (int i = 0; i < VerticesPerPart; ++i) {
             const float f = static_cast<float>(i);
-            part.Vertices[static_cast<std::size_t>(i)] = {f * 0.5f, f * -0.25f, static_cast<float>(p), 0xFF808080u ^ static_cast<std::uint32_t>(i),
-                                                          f / VerticesPerPart, 1.0f - f / VerticesPerPart};
+            part.Vertices[static_cast<std::size_t>(i)] = {f * 0.5f,
+                                                          f * -0.25f,
+                                                          static_cast<float>(p),
+                                                          0xFF808080u ^ static_cast<std::uint32_t>(i),
+                                                          f / VerticesPerPart,
+                                                          1.0f - f / VerticesPerPart};
         }
         part.Indices.resize(IndicesPerPart);
-        for (int i = 0; i < IndicesPerPart; ++i) part.Indices[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(i % VerticesPerPart);
+        for (int i = 0; i < IndicesPerPart; ++i)
+            part.Indices[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(i % VerticesPerPart);
         part.Header.VertexCount = VerticesPerPart;
         part.Header.IndexCount = IndicesPerPart;
         doc.Parts.push_back(std::move(part));

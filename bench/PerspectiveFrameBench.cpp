@@ -125,8 +125,10 @@ int main(int argc, char** argv) {
     TheFixture = &fixture;
     FastestReporter reporter;
     if (!RunAllBenchmarks(argc, argv, reporter)) return 1;
-    std::printf("\nPerspective window, 640x480, 40 parts, 1,000,000 vertices, %zu indices: "
-                "%.0f ms a frame untextured, %.0f ms textured\n",
-                fixture.indices, reporter.Seconds("BM_PerspectiveFrame_Untextured") * 1000, reporter.Seconds("BM_PerspectiveFrame_Textured") * 1000);
+    std::printf(
+        "\nPerspective window, 640x480, 40 parts, 1,000,000 vertices, %zu indices: "
+        "%.0f ms a frame untextured, %.0f ms textured\n",
+        fixture.indices, reporter.Seconds("BM_PerspectiveFrame_Untextured") * 1000,
+        reporter.Seconds("BM_PerspectiveFrame_Textured") * 1000);
     return 0;
 }

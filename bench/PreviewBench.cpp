@@ -27,15 +27,18 @@ struct Fixture {
         for (int p = 0; p < 40; ++p) {
             OIFPart part;
             part.Header.Texture = p % 2 ? "tp01" : "rwh0";
-            for (int v = 0; v < 25000; ++v) part.Vertices.push_back({coord(rng), coord(rng), coord(rng), 0, uv(rng), uv(rng)});
-            for (int i = 0; i < 50000; ++i) part.Indices.push_back(static_cast<std::int16_t>(i % 7 == 3 ? (i - 1) % 25000 : i % 25000));
+            for (int v = 0; v < 25000; ++v)
+                part.Vertices.push_back({coord(rng), coord(rng), coord(rng), 0, uv(rng), uv(rng)});
+            for (int i = 0; i < 50000; ++i)
+                part.Indices.push_back(static_cast<std::int16_t>(i % 7 == 3 ? (i - 1) % 25000 : i % 25000));
             part.Header.VertexCount = 25000;
             part.Header.IndexCount = 50000;
             doc = AddPart(part, doc);
         }
         PreviewViews = StartPreviewViews();
         WritePreviewFiles(doc, {});
-        for (const auto& entry : fs::directory_iterator(folder)) files.emplace_back(entry.path().string(), entry.file_size());
+        for (const auto& entry : fs::directory_iterator(folder))
+            files.emplace_back(entry.path().string(), entry.file_size());
     }
     ~Fixture() {
         std::error_code ec;

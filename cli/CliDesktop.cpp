@@ -5,7 +5,9 @@
 
 CliDesktop::CliDesktop(std::ostream& err) : err_(err) {}
 
-std::int64_t CliDesktop::StartProcess(const std::string& commandLine, WindowMode) { return Processes::Start(commandLine); }
+std::int64_t CliDesktop::StartProcess(const std::string& commandLine, WindowMode) {
+    return Processes::Start(commandLine);
+}
 
 std::int64_t CliDesktop::StartCapturedProcess(const std::string& commandLine, const std::string& outputFile) {
     return Processes::Start(commandLine, outputFile);

@@ -24,7 +24,8 @@ public:
     std::string RegistryValue(const std::string& path) override;
     // No one can answer a file dialog here: it is cancelled, and its title kept for the verb
     // that runs the editor's operation to tell what was asked for.
-    std::string OpenFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+    std::string OpenFile(const std::string& title, const std::string&, const std::string&,
+                         const std::string&) override {
         cancelledDialogs_.push_back(title);
         return {};
     }

@@ -43,7 +43,8 @@ int Textures(const std::string& model, const std::string& folder, CliDesktop& de
         const ImportTexture& t = Importer.ImportTextures[i];
         s += i == 0 ? "\n  " : ",\n  ";
         s += "{\"name\": " + JsonDocumentText(t.Name) + ", \"path\": " + JsonString(t.Path) +
-             ", \"width\": " + std::to_string(t.Picture.Width) + ", \"height\": " + std::to_string(t.Picture.Height) + "}";
+             ", \"width\": " + std::to_string(t.Picture.Width) + ", \"height\": " + std::to_string(t.Picture.Height) +
+             "}";
     }
     s += Importer.ImportTextures.empty() ? "]\n" : "\n]\n";
     std::cout << s;
@@ -79,19 +80,22 @@ int Atlas(const AtlasOptions& o, CliDesktop& desktop) {
     if (!StartDocument(o.into, doc)) return ExitFailed;
     RequireFile(o.layout);
     const ByteBuffer layoutBytes = binaryOps::ReadFileBytes(o.layout);
-    const LayoutFile layout = ParseLayoutFile(std::string_view(reinterpret_cast<const char*>(layoutBytes.data()), layoutBytes.size()));
+    const LayoutFile layout =
+        ParseLayoutFile(std::string_view(reinterpret_cast<const char*>(layoutBytes.data()), layoutBytes.size()));
     if (!layout.error.empty()) throw std::runtime_error(layout.error);
     if (!Load(o.model, o.folder, desktop)) return ExitFailed;
     Importer.Settings = Settings(o);
 
     const ImportSheet sheet{SheetWidthFor(o.sheet == SheetSizeTexts[1] ? 1 : 0), SheetHeight};
     std::vector<TextureBox> boxes;
-    for (const ImportTexture& t : Importer.ImportTextures) boxes.push_back(NaturalBox(t.Picture, sheet.Width, sheet.Height));
+    for (const ImportTexture& t : Importer.ImportTextures)
+        boxes.push_back(NaturalBox(t.Picture, sheet.Width, sheet.Height));
     if (const std::string error = ApplyLayout(layout, Importer.ImportTextures, boxes); !error.empty())
         throw std::runtime_error(error);
 
     // The window as designed around this sheet, in twips, as the bounds check measures it.
-    const std::int32_t windowWidth = WindowWidthForSheet(DesignClientWidth, SheetLeft, 512, sheet.Width) * TwipsPerPixel;
+    const std::int32_t windowWidth =
+        WindowWidthForSheet(DesignClientWidth, SheetLeft, 512, sheet.Width) * TwipsPerPixel;
     const std::int32_t windowHeight = DesignClientHeight * TwipsPerPixel;
     if (!CheckBounds(boxes, Importer.ImportTextures, windowWidth, windowHeight, false)) {
         ShowMessage(CannotMakeTextureMessage, MessageIcon::Exclamation);
@@ -131,7 +135,8 @@ void DeclareAtlas(CLI::App& verb, CliDesktop& desktop, VerbWork& run) {
     auto o = std::make_shared<AtlasOptions>();
     verb.add_option("MODEL", o->model, "The 3DS model or RAV exported text")->required();
     verb.add_option("--textures", o->folder, "The folder of the model's texture files")->required();
-    verb.add_option("--layout", o->layout, "JSON: each texture's name to {left, top, width, height, mapped}")->required();
+    verb.add_option("--layout", o->layout, "JSON: each texture's name to {left, top, width, height, mapped}")
+        ->required();
     verb.add_option("--bitmap", o->bitmap, "Where to write the atlas bitmap")->required();
     verb.add_option("--into", o->into, "The document to add the part to (default: an empty stadium)");
     verb.add_option("-o", o->out, "Where to save the result")->required();

@@ -172,18 +172,19 @@ void Write3DSJson(std::ostream& out, const Model3DS& model) {
         s += ",\n     \"faces\": ";
         rows(s, mesh.faces.size(), [&](std::size_t i) {
             const Face3DS& f = mesh.faces[i];
-            s += std::to_string(f.a) + ", " + std::to_string(f.b) + ", " + std::to_string(f.c) + ", " + std::to_string(f.flags);
+            s += std::to_string(f.a) + ", " + std::to_string(f.b) + ", " + std::to_string(f.c) + ", " +
+                 std::to_string(f.flags);
         });
         s += ",\n     \"texVerts\": ";
-        rows(s, mesh.texVerts.size(), [&](std::size_t i) {
-            s += JsonFloat(mesh.texVerts[i].u) + ", " + JsonFloat(mesh.texVerts[i].v);
-        });
+        rows(s, mesh.texVerts.size(),
+             [&](std::size_t i) { s += JsonFloat(mesh.texVerts[i].u) + ", " + JsonFloat(mesh.texVerts[i].v); });
         s += ",\n     \"materialName\": " + JsonDocumentText(mesh.materialName) + "}";
     }
     s += model.meshes.empty() ? "],\n  \"materials\": [" : "\n  ],\n  \"materials\": [";
     for (std::size_t m = 0; m < model.materials.size(); ++m) {
         s += m == 0 ? "\n    {\"name\": " : ",\n    {\"name\": ";
-        s += JsonDocumentText(model.materials[m].name) + ", \"textureFile\": " + JsonDocumentText(model.materials[m].textureFile) + "}";
+        s += JsonDocumentText(model.materials[m].name) +
+             ", \"textureFile\": " + JsonDocumentText(model.materials[m].textureFile) + "}";
     }
     s += model.materials.empty() ? "]\n}\n" : "\n  ]\n}\n";
     out << s;

@@ -97,9 +97,7 @@ std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const 
         long index = -1;
         try {
             index = std::stol(item, &used);
-        } catch (const std::exception&) {
-            used = 0;
-        }
+        } catch (const std::exception&) { used = 0; }
         if (used != item.size() || item.empty() || index < 0)
             throw CLI::ValidationError(option, "\"" + item + "\" is not a part index");
         if (static_cast<std::size_t>(index) < parts) shown[static_cast<std::size_t>(index)] = false;
@@ -186,7 +184,8 @@ std::pair<int, int> VertexChoice(const std::string& text) {
     if (text.empty()) return {-1, -1};
     int part = -1, index = -1;
     char colon = 0, rest = 0;
-    if (std::sscanf(text.c_str(), "%d%c%d%c", &part, &colon, &index, &rest) != 3 || colon != ':' || part < 0 || index < 0)
+    if (std::sscanf(text.c_str(), "%d%c%d%c", &part, &colon, &index, &rest) != 3 || colon != ':' || part < 0 ||
+        index < 0)
         throw CLI::ValidationError("--vertex", "\"" + text + "\" is not PART:VERTEX");
     return {part, index};
 }
@@ -312,21 +311,23 @@ const std::vector<Verb>& Verbs() {
     static const std::vector<Verb> verbs = {
         {"dump", "DOC.oif", "Print an OIF document as JSON", DeclareDump},
         {"resave", "IN.oif OUT.oif", "Load an OIF file and save it again, as the editor's Save does", DeclareResave},
-        {"import", "FILE [--into DOC] -o OUT", "Add the parts of an .oif, .3ds or .o file, as Import to OIF does", DeclareImport},
-        {"import-csv", "FILE.csv [--into DOC] -o OUT [--wire OUT.wrl]", "Add a Rhinoceros point table as one part of quads",
-         DeclareImportCSV},
+        {"import", "FILE [--into DOC] -o OUT", "Add the parts of an .oif, .3ds or .o file, as Import to OIF does",
+         DeclareImport},
+        {"import-csv", "FILE.csv [--into DOC] -o OUT [--wire OUT.wrl]",
+         "Add a Rhinoceros point table as one part of quads", DeclareImportCSV},
         {"dump-3ds", "FILE.3ds", "Print the meshes and materials of a 3DS model as JSON", DeclareDump3DS},
         {"merge", "DOC [--crowd-only] -o OUT", "Merge parts with the same texture", DeclareMerge},
         {"previews", "DOC.oif DIR [--hide LIST]", "Write the four textured preview files into DIR", DeclarePreviews},
         {"wire", "DOC.oif OUT.wrl [--hide LIST] [--vertex P:V]", "Write the wireframe preview", DeclareWire},
         {"quads", "CSV... -o OUT.wrl", "Draw Rhinoceros point tables into the quad preview", DeclareQuads},
         {"dump-rav", "FILE.txt", "Print RAV exported text as JSON", DeclareDumpRAV},
-        {"rav-script", "RAV.txt SCRIPT.txt TEXPATH", "Write the Rhinoceros script of a RAV export, as the RAV Convertor does",
-         DeclareRAVScript},
+        {"rav-script", "RAV.txt SCRIPT.txt TEXPATH",
+         "Write the Rhinoceros script of a RAV export, as the RAV Convertor does", DeclareRAVScript},
         {"crowds", "FILE.txt|FILE.3ds [--into DOC] -o OUT [--fix-height H] [--seed N]",
          "Deal crowd rows to the crowd parts, as Import Crowds does", DeclareCrowds},
         {"crowd-wizard",
-         "(--corners \"X,Y,Z;X,Y,Z;X,Y,Z;X,Y,Z\" | --planes FILE.3ds) [--rows N] [--spacing S] [--row-height H] [--away] "
+         "(--corners \"X,Y,Z;X,Y,Z;X,Y,Z;X,Y,Z\" | --planes FILE.3ds) [--rows N] [--spacing S] [--row-height H] "
+         "[--away] "
          "[--into DOC] -o OUT [--seed N]",
          "Fill planes with crowd rows, as the Crowd Building Wizard does", DeclareCrowdWizard},
         {"adboards", "FILE.3ds [--into DOC] -o OUT", "Add adboard parts, as Import Adboards does", DeclareAdboards},
@@ -335,7 +336,8 @@ const std::vector<Verb>& Verbs() {
         {"light", "DOC [--origin P] -o OUT", "Light every vertex by its distance, as the Stadium Lighting Wizard does",
          DeclareLight},
         {"transform",
-         "DOC [--parts LIST] [--scale X,Y,Z] [--rotate X,Y,Z] [--translate X,Y,Z] [--mirror AXES] [--flip-u] [--flip-v] -o OUT",
+         "DOC [--parts LIST] [--scale X,Y,Z] [--rotate X,Y,Z] [--translate X,Y,Z] [--mirror AXES] [--flip-u] "
+         "[--flip-v] -o OUT",
          "Scale, rotate, translate and mirror parts, as the Stadium Transformation Wizard does", DeclareTransform},
         {"textures", "MODEL --textures DIR", "Print the textures of a model, as the Stadium Importer lists them",
          DeclareTextures},

@@ -50,8 +50,7 @@ int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
         // CLI11 takes an unknown verb for a stray argument and only says a verb is missing.
         if (app.get_subcommands().empty() && argc > 1 && argv[1][0] != '-')
             std::cerr << "Unknown verb \"" << argv[1] << "\".\n";
-        else
-            std::cerr << e.what() << '\n';
+        else std::cerr << e.what() << '\n';
         PrintUsage(app, verbs);
         return ExitUsage;
     }
@@ -72,13 +71,9 @@ int main(int argc, char** argv) {
     std::string failure;
     try {
         status = RunCommandLine(argc, argv, desktop);
-    } catch (const std::bad_alloc&) {
-        failure = "There is not enough memory.";
-    } catch (const std::exception& e) {
+    } catch (const std::bad_alloc&) { failure = "There is not enough memory."; } catch (const std::exception& e) {
         failure = e.what();
-    } catch (...) {
-        failure = "An unknown error occurred.";
-    }
+    } catch (...) { failure = "An unknown error occurred."; }
     if (!failure.empty()) PrintMessageLines(std::cerr, failure);
     InstallDesktop(nullptr);
     return status;

@@ -26,8 +26,8 @@ std::string FileUrl(const std::string& path) {
     std::string url = "file://";
     for (const char ch : path) {
         const auto c = static_cast<unsigned char>(ch);
-        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                           c == '/' || c == '-' || c == '.' || c == '_' || c == '~';
+        const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
+                           c == '-' || c == '.' || c == '_' || c == '~';
         if (plain) {
             url += ch;
         } else {
@@ -79,13 +79,9 @@ bool GuardedRun(const std::string& what, const std::function<void()>& operation)
     try {
         operation();
         return true;
-    } catch (const std::bad_alloc&) {
-        reason = "There is not enough memory.";
-    } catch (const std::exception& e) {
+    } catch (const std::bad_alloc&) { reason = "There is not enough memory."; } catch (const std::exception& e) {
         reason = e.what();
-    } catch (...) {
-        reason = "An unknown error occurred.";
-    }
+    } catch (...) { reason = "An unknown error occurred."; }
     current->HideLoading();
     ShowMessage(what + " failed.\r\n\r\n" + reason, MessageIcon::Critical);
     return false;

@@ -28,10 +28,10 @@ public:
                                   MessageButtons buttons) = 0;
 
     // File dialogs take filters in the program's "Description|*.ext|..." form. Cancel gives "".
-    virtual std::string OpenFile(const std::string& title, const std::string& filter,
-                                 const std::string& fileName, const std::string& folder) = 0;
-    virtual std::string SaveFile(const std::string& title, const std::string& filter,
-                                 const std::string& fileName, const std::string& folder) = 0;
+    virtual std::string OpenFile(const std::string& title, const std::string& filter, const std::string& fileName,
+                                 const std::string& folder) = 0;
+    virtual std::string SaveFile(const std::string& title, const std::string& filter, const std::string& fileName,
+                                 const std::string& folder) = 0;
     virtual std::string BrowseForFolder(const std::string& title) = 0;
 
     // Starts a command line; returns a process id, or 0 when nothing could be started.
@@ -77,8 +77,12 @@ public:
 class QuietDesktop : public Desktop {
 public:
     MessageAnswer Message(const std::string&, const std::string&, MessageIcon, MessageButtons buttons) override;
-    std::string OpenFile(const std::string&, const std::string&, const std::string&, const std::string&) override { return {}; }
-    std::string SaveFile(const std::string&, const std::string&, const std::string&, const std::string&) override { return {}; }
+    std::string OpenFile(const std::string&, const std::string&, const std::string&, const std::string&) override {
+        return {};
+    }
+    std::string SaveFile(const std::string&, const std::string&, const std::string&, const std::string&) override {
+        return {};
+    }
     std::string BrowseForFolder(const std::string&) override { return {}; }
     std::int64_t StartProcess(const std::string&, WindowMode) override { return 0; }
     bool ProcessRunning(std::int64_t) override { return false; }

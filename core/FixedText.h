@@ -15,9 +15,18 @@ public:
     FixedText(const char* text) : FixedText(std::string_view(text)) {}
     FixedText(const std::string& text) : FixedText(std::string_view(text)) {}  // NOLINT
 
-    FixedText& operator=(std::string_view text) { assign(text); return *this; }
-    FixedText& operator=(const char* text) { assign(text); return *this; }
-    FixedText& operator=(const std::string& text) { assign(text); return *this; }
+    FixedText& operator=(std::string_view text) {
+        assign(text);
+        return *this;
+    }
+    FixedText& operator=(const char* text) {
+        assign(text);
+        return *this;
+    }
+    FixedText& operator=(const std::string& text) {
+        assign(text);
+        return *this;
+    }
 
     std::string str() const { return std::string(bytes_.data(), N); }
     std::string_view view() const { return std::string_view(bytes_.data(), N); }

@@ -15,8 +15,8 @@ constexpr std::size_t PartHeadSize = 40;
 constexpr std::size_t VertexSize = 24;
 
 // On a little-endian host the vertex records of the file are the in-memory vertices.
-constexpr bool BlockCopy = std::endian::native == std::endian::little && sizeof(OIFVertex) == VertexSize &&
-                           sizeof(float) == 4;
+constexpr bool BlockCopy =
+    std::endian::native == std::endian::little && sizeof(OIFVertex) == VertexSize && sizeof(float) == 4;
 
 void ReadVertices(const ByteBuffer& b, std::size_t pos, std::vector<OIFVertex>& out) {
     if constexpr (BlockCopy) {
@@ -129,8 +129,8 @@ OIFParse ParseOIF(const ByteBuffer& b) {
         const std::int32_t indexCount = binaryOps::GetI32(b, pos + 4);
         pos += 8;
         if (vertexCount < 0 || indexCount < 0) return refuse(InvalidOIFMessage);
-        const std::uint64_t body = static_cast<std::uint64_t>(vertexCount) * VertexSize +
-                                   static_cast<std::uint64_t>(indexCount) * 2;
+        const std::uint64_t body =
+            static_cast<std::uint64_t>(vertexCount) * VertexSize + static_cast<std::uint64_t>(indexCount) * 2;
         if (body > b.size() - pos) return refuse(InvalidOIFMessage);
         part.Header.VertexCount = vertexCount;
         part.Header.IndexCount = indexCount;
@@ -175,7 +175,8 @@ ByteBuffer EncodeOIF(OIFFile& doc) {
         if (h.VertexCount < 0 || h.IndexCount < 0 ||
             static_cast<std::size_t>(h.VertexCount) != doc.Parts[i].Vertices.size() ||
             static_cast<std::size_t>(h.IndexCount) != doc.Parts[i].Indices.size())
-            throw std::logic_error("Part " + std::to_string(i) + " does not hold as many vertices or indices as its counts say.");
+            throw std::logic_error("Part " + std::to_string(i) +
+                                   " does not hold as many vertices or indices as its counts say.");
         size += PartHeadSize + static_cast<std::uint64_t>(h.VertexCount) * VertexSize +
                 static_cast<std::uint64_t>(h.IndexCount) * 2;
     }

@@ -17,9 +17,9 @@ inline std::int16_t GetI16(const ByteBuffer& b, std::size_t pos) {
     return static_cast<std::int16_t>(b[pos] | (b[pos + 1] << 8));
 }
 inline std::int32_t GetI32(const ByteBuffer& b, std::size_t pos) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(b[pos]) | (static_cast<std::uint32_t>(b[pos + 1]) << 8) |
-                                     (static_cast<std::uint32_t>(b[pos + 2]) << 16) |
-                                     (static_cast<std::uint32_t>(b[pos + 3]) << 24));
+    return static_cast<std::int32_t>(
+        static_cast<std::uint32_t>(b[pos]) | (static_cast<std::uint32_t>(b[pos + 1]) << 8) |
+        (static_cast<std::uint32_t>(b[pos + 2]) << 16) | (static_cast<std::uint32_t>(b[pos + 3]) << 24));
 }
 inline std::uint32_t GetU32(const ByteBuffer& b, std::size_t pos) { return static_cast<std::uint32_t>(GetI32(b, pos)); }
 inline float GetF32(const ByteBuffer& b, std::size_t pos) {

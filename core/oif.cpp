@@ -69,9 +69,8 @@ PolygonList AddPolygonPart(const PolygonPart& part, const PolygonList& list) {
     return result;
 }
 
-PreviewScene AddViewpoint(const std::string& description, float x, float y, float z,
-                          std::int16_t axisX, std::int16_t axisY, std::int16_t axisZ, float angle,
-                          const PreviewScene& scene) {
+PreviewScene AddViewpoint(const std::string& description, float x, float y, float z, std::int16_t axisX,
+                          std::int16_t axisY, std::int16_t axisZ, float angle, const PreviewScene& scene) {
     PreviewScene result = scene;
     PreviewViewpoint vp;
     vp.Description = description;

@@ -66,7 +66,7 @@ struct PolygonList {
 struct PreviewViewpoint {
     float PositionX = 0, PositionY = 0, PositionZ = 0;
     std::int16_t AxisX = 0, AxisY = 0, AxisZ = 0;  // 0 false, -1 true
-    float Angle = 0;                                // radians
+    float Angle = 0;                               // radians
     std::string Description;
     float SceneRotationX = 0, SceneRotationY = 0, SceneRotationZ = 0;
     bool operator==(const PreviewViewpoint&) const = default;
@@ -124,6 +124,5 @@ void AppendPart(OIFPart& a, const OIFPart& b);
 PolygonList NewPolygonList();
 // Appends a copy of part; returns the list.
 PolygonList AddPolygonPart(const PolygonPart& part, const PolygonList& list);
-PreviewScene AddViewpoint(const std::string& description, float x, float y, float z,
-                          std::int16_t axisX, std::int16_t axisY, std::int16_t axisZ, float angle,
-                          const PreviewScene& scene);
+PreviewScene AddViewpoint(const std::string& description, float x, float y, float z, std::int16_t axisX,
+                          std::int16_t axisY, std::int16_t axisZ, float angle, const PreviewScene& scene);

@@ -85,9 +85,7 @@ std::string TextureManagerCaption(std::string_view partRow, std::string_view tex
     return "Texture Manager - [" + TrimBlanks(partRow) + "] - " + std::string(texture);
 }
 
-float VertexFieldValue(const OIFVertex& vertex, VertexField field) {
-    return FieldOf(vertex, field);
-}
+float VertexFieldValue(const OIFVertex& vertex, VertexField field) { return FieldOf(vertex, field); }
 
 void StoreVertexField(OIFVertex& vertex, VertexField field, std::string_view text) {
     FieldOf(vertex, field) = static_cast<float>(LeadingNumber(text));
@@ -139,9 +137,8 @@ ByteBuffer PartFileBytes(const OIFFile& doc, std::size_t part) {
 bool ExportPart(const OIFFile& doc, std::size_t part) {
     const std::string path = TheDesktop().SaveFile(ExportPartTitle, ExportPartFilter, "", "");
     if (TrimBlanks(path).empty()) return false;
-    if (FileExists(path) &&
-        AskQuestion(ReplaceFileQuestion(path), MessageButtons::YesNo, MessageIcon::Exclamation, "Save As") !=
-            MessageAnswer::Yes)
+    if (FileExists(path) && AskQuestion(ReplaceFileQuestion(path), MessageButtons::YesNo, MessageIcon::Exclamation,
+                                        "Save As") != MessageAnswer::Yes)
         return false;
     binaryOps::WriteBytesFile(PartFileBytes(doc, part), path);
     return true;

@@ -64,9 +64,7 @@ WindowPixels TextureWindowSize(int pictureWidth, int pictureHeight, int uvboxBot
     return {PixelsFromTwips(widthTwips), PixelsFromTwips(heightTwips)};
 }
 
-std::string PointerPositionText(int x, int y) {
-    return "(" + std::to_string(x) + ", " + std::to_string(y) + ")";
-}
+std::string PointerPositionText(int x, int y) { return "(" + std::to_string(x) + ", " + std::to_string(y) + ")"; }
 
 std::string TexturePngPath(std::string_view name) { return TempFolder() + "/" + std::string(name) + ".png"; }
 

@@ -34,8 +34,9 @@ std::int32_t StripTriangles(std::int32_t triangleCount, const std::int32_t* indi
     const std::size_t whole = indexCount - indexCount % 3;
     const std::size_t count = triangleCount > 0 ? std::min(static_cast<std::size_t>(triangleCount) * 3, whole) : 0;
     std::vector<std::int32_t> result;
-    Strip(count, [&](std::size_t i) { return indices[i]; },
-          [&](const unsigned int* s, std::size_t n) { result.assign(s, s + n); });
+    Strip(
+        count, [&](std::size_t i) { return indices[i]; },
+        [&](const unsigned int* s, std::size_t n) { result.assign(s, s + n); });
     const std::int32_t handle = nextHandle++;
     results[handle] = std::move(result);
     return handle;
@@ -56,10 +57,12 @@ void CleanUpData(std::int32_t handle) { results.erase(handle); }
 std::vector<std::int16_t> StripPartIndices(const std::vector<std::int16_t>& triangles) {
     // The same stripping as the handle calls, without their copies in and out.
     std::vector<std::int16_t> out;
-    Strip(triangles.size() - triangles.size() % 3, [&](std::size_t i) { return static_cast<std::uint16_t>(triangles[i]); },
-          [&](const unsigned int* s, std::size_t n) {
-              out.resize(n);
-              for (std::size_t i = 0; i < n; ++i) out[i] = static_cast<std::int16_t>(s[i]);
-          });
+    Strip(
+        triangles.size() - triangles.size() % 3,
+        [&](std::size_t i) { return static_cast<std::uint16_t>(triangles[i]); },
+        [&](const unsigned int* s, std::size_t n) {
+            out.resize(n);
+            for (std::size_t i = 0; i < n; ++i) out[i] = static_cast<std::int16_t>(s[i]);
+        });
     return out;
 }

@@ -107,7 +107,8 @@ RhinoScript RhinoScriptText(std::string_view ravText, const std::string& texture
                 const std::size_t number = in.LineNumber();
                 const std::vector<std::string_view> f = SplitFields(After(line, VertexPrefix), ',', 5);
                 if (f.size() < 5)
-                    throw TextRefusal("Line " + std::to_string(number) + ": a vertex line needs its values x, y, z, u and v.");
+                    throw TextRefusal("Line " + std::to_string(number) +
+                                      ": a vertex line needs its values x, y, z, u and v.");
                 vertex[k] = {ThreeDecimalText(LeadingNumber(f[0]) / 100), ThreeDecimalText(LeadingNumber(f[1]) / 100),
                              ThreeDecimalText(LeadingNumber(f[2]) / 100)};
                 u[k] = SingleValue(f[3], number);

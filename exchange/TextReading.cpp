@@ -44,7 +44,8 @@ float SingleValue(double value, std::size_t line) {
     // text of that value, "3.4028235E+38", lies there.
     constexpr double Beyond = 0x1.ffffffp127;
     if (!(std::fabs(value) < Beyond))
-        throw TextRefusal("Line " + std::to_string(line) + ": " + DoubleText(value) + " is too large for a number of the file.");
+        throw TextRefusal("Line " + std::to_string(line) + ": " + DoubleText(value) +
+                          " is too large for a number of the file.");
     return static_cast<float>(value);
 }
 

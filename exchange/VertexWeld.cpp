@@ -47,7 +47,7 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
     std::vector<std::uint32_t> parent(n);
     std::iota(parent.begin(), parent.end(), 0u);
     std::vector<std::uint32_t> pending(n, 1);  // members of a group still to be looked at
-    const std::vector<OIFVertex> place = v;     // a group's place is its first vertex's
+    const std::vector<OIFVertex> place = v;    // a group's place is its first vertex's
     auto find = [&](std::uint32_t x) {
         while (parent[x] != x) x = parent[x] = parent[parent[x]];
         return x;
@@ -100,7 +100,8 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
             const Cell high{cells[c].x + dx, cells[c].y + dy, cells[c].z + 1};
             std::size_t& k = cursor[o];
             while (k < cellCount && cells[k] < low) ++k;
-            for (std::size_t m = k; m < cellCount && !(high < cells[m]); ++m) around.push_back(static_cast<std::uint32_t>(m));
+            for (std::size_t m = k; m < cellCount && !(high < cells[m]); ++m)
+                around.push_back(static_cast<std::uint32_t>(m));
         }
         aroundBegin[c + 1] = static_cast<std::uint32_t>(around.size());
     }
@@ -129,14 +130,17 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         --pending[root];
         const OIFVertex& p = place[root];
         if (!std::isfinite(p.X) || !std::isfinite(p.Y) || !std::isfinite(p.Z)) continue;
-        if (std::max({std::fabs(p.X / cellSize), std::fabs(p.Y / cellSize), std::fabs(p.Z / cellSize)}) >= gridLimit / 2) {
-            farList.resize(static_cast<std::size_t>(weldInto(root, farList.data(), farList.data() + farList.size()) - farList.data()));
+        if (std::max({std::fabs(p.X / cellSize), std::fabs(p.Y / cellSize), std::fabs(p.Z / cellSize)}) >=
+            gridLimit / 2) {
+            farList.resize(static_cast<std::size_t>(weldInto(root, farList.data(), farList.data() + farList.size()) -
+                                                    farList.data()));
             continue;
         }
         const std::uint32_t c = cellOf[root];
         for (std::uint32_t k = aroundBegin[c]; k < aroundBegin[c + 1]; ++k) {
             const std::uint32_t a = around[k];
-            end[a] = static_cast<std::uint32_t>(weldInto(root, members.data() + begin[a], members.data() + end[a]) - members.data());
+            end[a] = static_cast<std::uint32_t>(weldInto(root, members.data() + begin[a], members.data() + end[a]) -
+                                                members.data());
         }
     }
 }
@@ -174,4 +178,3 @@ std::vector<std::int32_t> KeepFirstHashed(const std::vector<OIFVertex>& v, std::
     }
     return where;
 }
-

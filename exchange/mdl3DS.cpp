@@ -114,8 +114,7 @@ private:
     std::int16_t Count(const Chunk3DS& c, const char* what, bool zeroAllowed) const {
         Need(c, Payload(c), 2, "its count");
         const std::int16_t n = GetI16(bytes_, Payload(c));
-        if (n < 0 || (n == 0 && !zeroAllowed))
-            Refuse(Describe(c) + " gives " + std::to_string(n) + " " + what + ".");
+        if (n < 0 || (n == 0 && !zeroAllowed)) Refuse(Describe(c) + " gives " + std::to_string(n) + " " + what + ".");
         return n;
     }
 
@@ -128,69 +127,62 @@ private:
 
     void TopLevel(const Chunk3DS& c) {
         switch (c.id) {
-            case 0x0002:
-                Version(c, "--", "VERSION");
-                break;
-            case 0x3D3D:
-                Log3DS("--EDIT3DS");
-                EachChild(c, Payload(c), [&](const Chunk3DS& s) { Edit(s); });
-                break;
-            case 0xB000:
-                Log3DS("--KEYF3DS");
-                EachChild(c, Payload(c), [&](const Chunk3DS& s) { Log3DS("----0x" + Hex(s.id)); });
-                break;
-            default:
-                Log3DS("--0x" + Hex(c.id));
+        case 0x0002: Version(c, "--", "VERSION"); break;
+        case 0x3D3D:
+            Log3DS("--EDIT3DS");
+            EachChild(c, Payload(c), [&](const Chunk3DS& s) { Edit(s); });
+            break;
+        case 0xB000:
+            Log3DS("--KEYF3DS");
+            EachChild(c, Payload(c), [&](const Chunk3DS& s) { Log3DS("----0x" + Hex(s.id)); });
+            break;
+        default: Log3DS("--0x" + Hex(c.id));
         }
     }
 
     void Edit(const Chunk3DS& c) {
         switch (c.id) {
-            case 0x3D3E:
-                Version(c, "----", "MESH_VERSION");
-                break;
-            case 0xAFFF:
-                Log3DS("----MATERIAL");
-                EachChild(c, Payload(c), [&](const Chunk3DS& s) { Material(s); });
-                model_.materials.push_back(material_);
-                break;
-            case 0x4000: {
-                Log3DS("----NAMED_OBJECT");
-                std::size_t pos = Payload(c);
-                mesh_.name = String(c, pos);
-                Log3DS("------Name = " + mesh_.name);
-                EachChild(c, pos, [&](const Chunk3DS& s) { Object(s); });
-                break;
-            }
-            default:
-                Log3DS("----0x" + Hex(c.id));
+        case 0x3D3E: Version(c, "----", "MESH_VERSION"); break;
+        case 0xAFFF:
+            Log3DS("----MATERIAL");
+            EachChild(c, Payload(c), [&](const Chunk3DS& s) { Material(s); });
+            model_.materials.push_back(material_);
+            break;
+        case 0x4000: {
+            Log3DS("----NAMED_OBJECT");
+            std::size_t pos = Payload(c);
+            mesh_.name = String(c, pos);
+            Log3DS("------Name = " + mesh_.name);
+            EachChild(c, pos, [&](const Chunk3DS& s) { Object(s); });
+            break;
+        }
+        default: Log3DS("----0x" + Hex(c.id));
         }
     }
 
     void Material(const Chunk3DS& c) {
         switch (c.id) {
-            case 0xA000: {
-                Log3DS("------MAT_NAME");
-                std::size_t pos = Payload(c);
-                material_.name = String(c, pos);
-                Log3DS("--------Name = " + material_.name);
-                break;
-            }
-            case 0xA200:
-                Log3DS("------MAT_TEXMAP");
-                EachChild(c, Payload(c), [&](const Chunk3DS& s) {
-                    if (s.id == 0xA300) {
-                        Log3DS("--------MAT_TEXFLNM");
-                        std::size_t pos = Payload(s);
-                        material_.textureFile = String(s, pos);
-                        Log3DS("----------Filename = " + material_.textureFile);
-                    } else {
-                        Log3DS("--------0x" + Hex(s.id));
-                    }
-                });
-                break;
-            default:
-                Log3DS("------0x" + Hex(c.id));
+        case 0xA000: {
+            Log3DS("------MAT_NAME");
+            std::size_t pos = Payload(c);
+            material_.name = String(c, pos);
+            Log3DS("--------Name = " + material_.name);
+            break;
+        }
+        case 0xA200:
+            Log3DS("------MAT_TEXMAP");
+            EachChild(c, Payload(c), [&](const Chunk3DS& s) {
+                if (s.id == 0xA300) {
+                    Log3DS("--------MAT_TEXFLNM");
+                    std::size_t pos = Payload(s);
+                    material_.textureFile = String(s, pos);
+                    Log3DS("----------Filename = " + material_.textureFile);
+                } else {
+                    Log3DS("--------0x" + Hex(s.id));
+                }
+            });
+            break;
+        default: Log3DS("------0x" + Hex(c.id));
         }
     }
 
@@ -203,67 +195,65 @@ private:
         EachChild(c, Payload(c), [&](const Chunk3DS& s) { Mesh(s); });
         for (const Face3DS& f : mesh_.faces) {
             if (std::max({f.a, f.b, f.c}) >= mesh_.vertexCount)
-                Refuse("the mesh \"" + mesh_.name + "\" has a face on vertex " + std::to_string(std::max({f.a, f.b, f.c})) +
-                       " but only " + std::to_string(mesh_.vertexCount) + " vertices.");
+                Refuse("the mesh \"" + mesh_.name + "\" has a face on vertex " +
+                       std::to_string(std::max({f.a, f.b, f.c})) + " but only " + std::to_string(mesh_.vertexCount) +
+                       " vertices.");
         }
         model_.meshes.push_back(mesh_);
     }
 
     void Mesh(const Chunk3DS& c) {
         switch (c.id) {
-            case 0x4110: {
-                Log3DS("--------MESH_VERTICES");
-                const std::int16_t n = Count(c, "vertices", false);
-                Need(c, Payload(c) + 2, std::size_t{12} * n, "its vertices");
-                mesh_.vertices.resize(n);
-                std::size_t pos = Payload(c) + 2;
-                for (Vertex3DS& v : mesh_.vertices) {
-                    v = Vertex3DS{GetF32(bytes_, pos), GetF32(bytes_, pos + 4), GetF32(bytes_, pos + 8)};
-                    pos += 12;
-                }
-                mesh_.vertexCount = n;
-                Log3DS("----------Loaded " + std::to_string(n) + " vertices");
-                break;
+        case 0x4110: {
+            Log3DS("--------MESH_VERTICES");
+            const std::int16_t n = Count(c, "vertices", false);
+            Need(c, Payload(c) + 2, std::size_t{12} * n, "its vertices");
+            mesh_.vertices.resize(n);
+            std::size_t pos = Payload(c) + 2;
+            for (Vertex3DS& v : mesh_.vertices) {
+                v = Vertex3DS{GetF32(bytes_, pos), GetF32(bytes_, pos + 4), GetF32(bytes_, pos + 8)};
+                pos += 12;
             }
-            case 0x4140: {
-                Log3DS("--------MESH_TEX_VERT");
-                const std::int16_t n = Count(c, "texture vertices", true);
-                Need(c, Payload(c) + 2, std::size_t{8} * n, "its texture vertices");
-                mesh_.texVerts.resize(n);
-                std::size_t pos = Payload(c) + 2;
-                for (TexVert3DS& t : mesh_.texVerts) {
-                    t = TexVert3DS{GetF32(bytes_, pos), GetF32(bytes_, pos + 4)};
-                    pos += 8;
-                }
-                mesh_.texVertCount = n;
-                Log3DS("----------Loaded " + std::to_string(n) + " texture verts");
-                break;
+            mesh_.vertexCount = n;
+            Log3DS("----------Loaded " + std::to_string(n) + " vertices");
+            break;
+        }
+        case 0x4140: {
+            Log3DS("--------MESH_TEX_VERT");
+            const std::int16_t n = Count(c, "texture vertices", true);
+            Need(c, Payload(c) + 2, std::size_t{8} * n, "its texture vertices");
+            mesh_.texVerts.resize(n);
+            std::size_t pos = Payload(c) + 2;
+            for (TexVert3DS& t : mesh_.texVerts) {
+                t = TexVert3DS{GetF32(bytes_, pos), GetF32(bytes_, pos + 4)};
+                pos += 8;
             }
-            case 0x4160:
-                Log3DS("--------MESH_XFMATRIX");
-                Need(c, Payload(c), 48, "a matrix");
-                for (std::size_t i = 0; i < 12; ++i) mesh_.matrix[i] = GetF32(bytes_, Payload(c) + 4 * i);
-                break;
-            case 0x4165:
-                Log3DS("--------MESH_COLOR_IND (nl)");
-                break;
-            case 0x4120: {
-                Log3DS("--------MESH_FACES");
-                const std::int16_t n = Count(c, "faces", false);
-                Need(c, Payload(c) + 2, std::size_t{8} * n, "its faces");
-                mesh_.faces.resize(n);
-                std::size_t pos = Payload(c) + 2;
-                for (Face3DS& f : mesh_.faces) {
-                    f = {GetU16(pos), GetU16(pos + 2), GetU16(pos + 4), GetU16(pos + 6)};
-                    pos += 8;
-                }
-                mesh_.faceCount = n;
-                Log3DS("----------Loaded " + std::to_string(n) + " faces");
-                EachChild(c, pos, [&](const Chunk3DS& s) { FaceDetail(s); });
-                break;
+            mesh_.texVertCount = n;
+            Log3DS("----------Loaded " + std::to_string(n) + " texture verts");
+            break;
+        }
+        case 0x4160:
+            Log3DS("--------MESH_XFMATRIX");
+            Need(c, Payload(c), 48, "a matrix");
+            for (std::size_t i = 0; i < 12; ++i) mesh_.matrix[i] = GetF32(bytes_, Payload(c) + 4 * i);
+            break;
+        case 0x4165: Log3DS("--------MESH_COLOR_IND (nl)"); break;
+        case 0x4120: {
+            Log3DS("--------MESH_FACES");
+            const std::int16_t n = Count(c, "faces", false);
+            Need(c, Payload(c) + 2, std::size_t{8} * n, "its faces");
+            mesh_.faces.resize(n);
+            std::size_t pos = Payload(c) + 2;
+            for (Face3DS& f : mesh_.faces) {
+                f = {GetU16(pos), GetU16(pos + 2), GetU16(pos + 4), GetU16(pos + 6)};
+                pos += 8;
             }
-            default:
-                Log3DS("--------0x" + Hex(c.id));
+            mesh_.faceCount = n;
+            Log3DS("----------Loaded " + std::to_string(n) + " faces");
+            EachChild(c, pos, [&](const Chunk3DS& s) { FaceDetail(s); });
+            break;
+        }
+        default: Log3DS("--------0x" + Hex(c.id));
         }
     }
 
@@ -299,12 +289,14 @@ std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
 std::string JoinMeshes(const Model3DS& model, Working& w) {
     std::size_t vertexTotal = 0, indexTotal = 0;
     for (const Mesh3DS& mesh : model.meshes) {
-        if (mesh.vertexCount < 0 || mesh.faceCount < 0 || static_cast<std::size_t>(mesh.vertexCount) > mesh.vertices.size() ||
+        if (mesh.vertexCount < 0 || mesh.faceCount < 0 ||
+            static_cast<std::size_t>(mesh.vertexCount) > mesh.vertices.size() ||
             static_cast<std::size_t>(mesh.faceCount) > mesh.faces.size())
             return "The mesh " + Quoted(mesh.name) + " holds fewer vertices or faces than its counts say.";
         if (mesh.texVertCount < mesh.vertexCount || mesh.texVerts.size() < static_cast<std::size_t>(mesh.vertexCount))
-            return "The mesh " + Quoted(mesh.name) + " has " + std::to_string(mesh.vertexCount) + " vertices but only " +
-                   std::to_string(mesh.texVertCount) + " texture coordinates; every vertex needs one.";
+            return "The mesh " + Quoted(mesh.name) + " has " + std::to_string(mesh.vertexCount) +
+                   " vertices but only " + std::to_string(mesh.texVertCount) +
+                   " texture coordinates; every vertex needs one.";
         vertexTotal += static_cast<std::size_t>(mesh.vertexCount);
         indexTotal += 3 * static_cast<std::size_t>(mesh.faceCount);
     }
@@ -434,9 +426,7 @@ bool Read3DSFile(const std::string& path) {
     Parse3DS parsed;
     try {
         parsed = Parse3DSBytes(ReadFileBytes(path));
-    } catch (const std::exception& e) {
-        parsed.error = e.what();
-    }
+    } catch (const std::exception& e) { parsed.error = e.what(); }
     desktop.HideLoading();
     if (!parsed.error.empty()) {
         ShowMessage(parsed.error, MessageIcon::Exclamation);
@@ -470,10 +460,12 @@ Part3DS Make3DSPartReference(const Model3DS& model, const Make3DSOptions& option
     return MakePart(model, options, partNumber, WeldPairwise, KeepFirstPairwise);
 }
 
-std::optional<OIFPart> Make3DSPart(bool doProcess, std::int16_t shadeMode, std::int16_t weldMode, std::int32_t weldDistance) {
+std::optional<OIFPart> Make3DSPart(bool doProcess, std::int16_t shadeMode, std::int16_t weldMode,
+                                   std::int32_t weldDistance) {
     Desktop& desktop = TheDesktop();
     desktop.ShowLoading(Loading3DSText);
-    Part3DS made = Make3DSPartFrom(Table3DS, {doProcess, shadeMode, weldMode, weldDistance}, CurrentProject.OIF.Header.PartCount);
+    Part3DS made =
+        Make3DSPartFrom(Table3DS, {doProcess, shadeMode, weldMode, weldDistance}, CurrentProject.OIF.Header.PartCount);
     desktop.HideLoading();
     if (!made.error.empty()) {
         ShowMessage(made.error, MessageIcon::Exclamation);

@@ -4,11 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-#define FUZZ_CHECK(condition, what)                                                             \
-    do {                                                                                        \
-        if (!(condition)) {                                                                     \
-            std::fprintf(stderr, "\nFUZZ CHECK FAILED at %s:%d: %s\n  (%s)\n", __FILE__, __LINE__, \
-                         what, #condition);                                                     \
-            std::abort();                                                                       \
-        }                                                                                       \
+#define FUZZ_CHECK(condition, what)                                                                                   \
+    do {                                                                                                              \
+        if (!(condition)) {                                                                                           \
+            std::fprintf(stderr, "\nFUZZ CHECK FAILED at %s:%d: %s\n  (%s)\n", __FILE__, __LINE__, what, #condition); \
+            std::abort();                                                                                             \
+        }                                                                                                             \
     } while (false)

@@ -12,7 +12,8 @@ namespace {
 // Equal to the bit, so that a NaN kept by both methods counts as the same.
 bool SameBits(const OIFPart& a, const OIFPart& b) {
     return a.Header == b.Header && a.Indices == b.Indices && a.Vertices.size() == b.Vertices.size() &&
-           (a.Vertices.empty() || std::memcmp(a.Vertices.data(), b.Vertices.data(), a.Vertices.size() * sizeof(OIFVertex)) == 0);
+           (a.Vertices.empty() ||
+            std::memcmp(a.Vertices.data(), b.Vertices.data(), a.Vertices.size() * sizeof(OIFVertex)) == 0);
 }
 
 }  // namespace
@@ -28,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         FUZZ_CHECK(mesh.vertexCount == static_cast<std::int32_t>(mesh.vertices.size()), "vertex count matches");
         FUZZ_CHECK(mesh.faceCount == static_cast<std::int32_t>(mesh.faces.size()), "face count matches");
         for (const Face3DS& f : mesh.faces)
-            FUZZ_CHECK(f.a < mesh.vertexCount && f.b < mesh.vertexCount && f.c < mesh.vertexCount, "face inside its mesh");
+            FUZZ_CHECK(f.a < mesh.vertexCount && f.b < mesh.vertexCount && f.c < mesh.vertexCount,
+                       "face inside its mesh");
         vertices += mesh.vertices.size();
     }
     // The pairwise rule is quadratic: compare on models small enough to stay fast.

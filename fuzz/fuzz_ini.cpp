@@ -167,13 +167,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // line, and no file of lines can hold it.
         const Entry* overwritten = nullptr;
         for (const Entry& e : entries)
-            if (!overwritten && !HasLineBreak(e.section) && !HasLineBreak(e.key) && !LostToTheSignature(e)) overwritten = &e;
-        if (overwritten) CheckRoundTrip(overwritten->section, overwritten->key, oneLine.substr(0, oneLine.size() / 2), files.input);
+            if (!overwritten && !HasLineBreak(e.section) && !HasLineBreak(e.key) && !LostToTheSignature(e))
+                overwritten = &e;
+        if (overwritten)
+            CheckRoundTrip(overwritten->section, overwritten->key, oneLine.substr(0, oneLine.size() / 2), files.input);
         for (std::size_t i = 0; i < entries.size(); ++i) {
             const Entry& e = entries[i];
-            const bool written = (overwritten && SameName(e.section, overwritten->section) && SameName(e.key, overwritten->key)) ||
-                                 (SameName(e.section, "Fuzz") && SameName(e.key, "Value"));
-            if (!written && !LostToTheSignature(e)) FUZZ_CHECK(CheckedRead(e.section, e.key, files.input) == before[i], "a write leaves the other keys");
+            const bool written =
+                (overwritten && SameName(e.section, overwritten->section) && SameName(e.key, overwritten->key)) ||
+                (SameName(e.section, "Fuzz") && SameName(e.key, "Value"));
+            if (!written && !LostToTheSignature(e))
+                FUZZ_CHECK(CheckedRead(e.section, e.key, files.input) == before[i], "a write leaves the other keys");
         }
     }
 

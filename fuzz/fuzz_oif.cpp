@@ -112,7 +112,8 @@ void CheckRefusal(const std::uint8_t* data, std::size_t size, const OIFParse& pa
     FUZZ_CHECK(doc.Parts.empty() && doc.Header.PartCount == 0, "a refused file leaves no parts");
     FUZZ_CHECK(doc.Trailer.empty(), "a refused file leaves no trailer");
     FUZZ_CHECK(doc.Label == "OIF1", "the label is set on every path");
-    FUZZ_CHECK(doc.Header.Magic == FixedText<4>(FieldText(data, size < 4 ? size : 4)), "the magic that was read is kept");
+    FUZZ_CHECK(doc.Header.Magic == FixedText<4>(FieldText(data, size < 4 ? size : 4)),
+               "the magic that was read is kept");
     const bool rightMagic = size >= 24 && std::memcmp(data, "OiFF", 4) == 0;
     if (size >= 24) {
         FUZZ_CHECK(doc.Header.FileLength == I32At(data + 8), "the file length that was read is kept");
@@ -120,18 +121,19 @@ void CheckRefusal(const std::uint8_t* data, std::size_t size, const OIFParse& pa
     }
     if (rightMagic && I16At(data + 6) != 1)
         FUZZ_CHECK(parsed.error == InvalidOIFTypeMessage, "a stadium magic with another kind is not a stadium file");
-    else
-        FUZZ_CHECK(parsed.error == InvalidOIFMessage, "every other refusal is an invalid file");
+    else FUZZ_CHECK(parsed.error == InvalidOIFMessage, "every other refusal is an invalid file");
 }
 
 void CheckAccepted(const OIFFile& doc) {
     FUZZ_CHECK(doc.Header.PartCount >= 0 && static_cast<std::size_t>(doc.Header.PartCount) == doc.Parts.size(),
                "PartCount counts the parts");
     for (const OIFPart& part : doc.Parts) {
-        FUZZ_CHECK(part.Header.VertexCount >= 0 && static_cast<std::size_t>(part.Header.VertexCount) == part.Vertices.size(),
-                   "VertexCount counts the vertices");
-        FUZZ_CHECK(part.Header.IndexCount >= 0 && static_cast<std::size_t>(part.Header.IndexCount) == part.Indices.size(),
-                   "IndexCount counts the indices");
+        FUZZ_CHECK(
+            part.Header.VertexCount >= 0 && static_cast<std::size_t>(part.Header.VertexCount) == part.Vertices.size(),
+            "VertexCount counts the vertices");
+        FUZZ_CHECK(
+            part.Header.IndexCount >= 0 && static_cast<std::size_t>(part.Header.IndexCount) == part.Indices.size(),
+            "IndexCount counts the indices");
         FUZZ_CHECK(TrimBlanks(part.Header.Texture.view()).size() > 0, "a blank texture reads as tp00");
     }
 }

@@ -31,7 +31,8 @@ void CheckCounts(const RAVFile& file) {
 
 // The record in the layout the reader takes, with keys of its own choosing.
 std::string Written(const RAVFile& file) {
-    std::string t = "Version=" + std::to_string(file.version) + "\nPolygons=" + std::to_string(file.polygonCount) + "\n";
+    std::string t =
+        "Version=" + std::to_string(file.version) + "\nPolygons=" + std::to_string(file.polygonCount) + "\n";
     for (const RAVPolygon& p : file.polygons) {
         t += "[Polygon]\nName=" + p.name + "\nVertices=" + std::to_string(p.vertexCount) + "\n";
         for (const OIFVertex& v : p.vertices) {

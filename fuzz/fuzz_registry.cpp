@@ -16,7 +16,8 @@ namespace {
 
 std::string ScratchFile() {
     const char* dir = std::getenv("TMPDIR");
-    return std::string(dir && *dir ? dir : "/tmp") + "/terramason-fuzz-registry-" + std::to_string(::getpid()) + ".conf";
+    return std::string(dir && *dir ? dir : "/tmp") + "/terramason-fuzz-registry-" + std::to_string(::getpid()) +
+           ".conf";
 }
 
 void Write(const std::string& path, const std::string& text) {
@@ -28,13 +29,13 @@ std::string RegQuoted(const std::string& value) {
     std::string out = "\"";
     for (const char c : value) {
         switch (c) {
-            case '\\': out += "\\\\"; break;
-            case '"': out += "\\\""; break;
-            case '\n': out += "\\n"; break;
-            case '\r': out += "\\r"; break;
-            case '\t': out += "\\t"; break;
-            case '\0': out += "\\0"; break;
-            default: out += c;
+        case '\\': out += "\\\\"; break;
+        case '"': out += "\\\""; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        case '\0': out += "\\0"; break;
+        default: out += c;
         }
     }
     return out + "\"";
@@ -52,8 +53,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FindRegValue(text, key, "@", value);
 
     const std::string stored = text.substr(0, 200);
-    const std::string reg = "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1700000000\n\"Install Dir\"=" +
-                            RegQuoted(stored) + "\n";
+    const std::string reg =
+        "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1700000000\n\"Install Dir\"=" +
+        RegQuoted(stored) + "\n";
     FUZZ_CHECK(FindRegValue(reg, key, "install dir", value), "the value is found, its name without regard to case");
     FUZZ_CHECK(value == stored, "a quoted .reg string reads back as written");
 

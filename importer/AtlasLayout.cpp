@@ -171,17 +171,17 @@ void ArrowKeyStep(TextureBox& b, ArrowKey key, bool shift, bool ctrl) {
     const std::int32_t step = ctrl ? KeyStepCtrl : KeyStep;
     if (!shift) {
         switch (key) {
-            case ArrowKey::Left: b.Left -= step; break;
-            case ArrowKey::Right: b.Left += step; break;
-            case ArrowKey::Up: b.Top -= step; break;
-            case ArrowKey::Down: b.Top += step; break;
+        case ArrowKey::Left: b.Left -= step; break;
+        case ArrowKey::Right: b.Left += step; break;
+        case ArrowKey::Up: b.Top -= step; break;
+        case ArrowKey::Down: b.Top += step; break;
         }
         return;
     }
     switch (key) {
-        case ArrowKey::Left: SetSize(b.Width, b.Width - step); break;
-        case ArrowKey::Right: SetSize(b.Width, b.Width + step); break;
-        case ArrowKey::Up: SetSize(b.Height, b.Height - step); break;
-        case ArrowKey::Down: SetSize(b.Height, b.Height + step); break;
+    case ArrowKey::Left: SetSize(b.Width, b.Width - step); break;
+    case ArrowKey::Right: SetSize(b.Width, b.Width + step); break;
+    case ArrowKey::Up: SetSize(b.Height, b.Height - step); break;
+    case ArrowKey::Down: SetSize(b.Height, b.Height + step); break;
     }
 }

@@ -18,8 +18,7 @@ std::string Number(const Json& entry, const char* key, const std::string& name, 
     if (it == entry.end()) return "The layout gives no " + where + ".";
     if (!it->is_number()) return "The layout's " + where + " is not a number.";
     const double value = it->get<double>();
-    if (!std::isfinite(value) || std::fabs(value) > LayoutLimit)
-        return "The layout's " + where + " is out of range.";
+    if (!std::isfinite(value) || std::fabs(value) > LayoutLimit) return "The layout's " + where + " is out of range.";
     if (size && value < 0) return "The layout's " + where + " is below zero.";
     out = RoundEven(value);
     return {};
@@ -31,10 +30,9 @@ std::string Entry(const std::string& name, const Json& value, LayoutEntry& out) 
         if (key != "left" && key != "top" && key != "width" && key != "height" && key != "mapped")
             return "The layout's entry \"" + name + "\" has an unknown key \"" + key + "\".";
     out.name = Utf8ToCp1252(name);
-    for (const std::string& error : {Number(value, "left", name, false, out.box.Left),
-                                     Number(value, "top", name, false, out.box.Top),
-                                     Number(value, "width", name, true, out.box.Width),
-                                     Number(value, "height", name, true, out.box.Height)})
+    for (const std::string& error :
+         {Number(value, "left", name, false, out.box.Left), Number(value, "top", name, false, out.box.Top),
+          Number(value, "width", name, true, out.box.Width), Number(value, "height", name, true, out.box.Height)})
         if (!error.empty()) return error;
     out.box.Visible = true;
     if (const auto it = value.find("mapped"); it != value.end()) {

@@ -32,7 +32,8 @@ std::int32_t TextureIndexFor(const std::string& name, std::int32_t keep, std::ve
     t.Name = name;
     t.Path = texturesPath + name;
     if (!FileExists(t.Path)) {
-        t.Path = TheDesktop().OpenFile(MissingTextureTitle + Cp1252ToUtf8(name), MissingTextureFilter, "", texturesPath);
+        t.Path =
+            TheDesktop().OpenFile(MissingTextureTitle + Cp1252ToUtf8(name), MissingTextureFilter, "", texturesPath);
         if (t.Path.empty()) {
             gaveUp = true;
             return keep;
@@ -133,7 +134,8 @@ bool BuildRAVTextures(RAVFile& rav, std::vector<ImportTexture>& textures, const 
         RAVGroup& group = polygon.groups[0];
         if (group.name.empty()) continue;
         bool gaveUp = false;
-        const std::int32_t index = TextureIndexFor(group.name + ".bmp", group.textureIndex, textures, texturesPath, read, gaveUp);
+        const std::int32_t index =
+            TextureIndexFor(group.name + ".bmp", group.textureIndex, textures, texturesPath, read, gaveUp);
         if (gaveUp) return false;
         group.textureIndex = static_cast<std::int16_t>(index);
     }
@@ -153,25 +155,24 @@ LoadResult LoadImportModel(const std::string& file, const std::string& texturesP
     Importer.TexturesPath = texturesPath;
     if (Importer.TexturesPath.empty() || Importer.TexturesPath.back() != '/') Importer.TexturesPath += '/';
     switch (ImportKindOf(file)) {
-        case ImportKind::Model3DS:
-            if (!Read3DSFile(file)) return LoadResult::Refused;
-            return Build3DSTextures(Table3DS, Importer.ImportTextures, Importer.TexturesPath, read) ? LoadResult::Loaded
-                                                                                                     : LoadResult::Refused;
-        case ImportKind::RAVText: {
-            bool ok = false;
-            try {
-                Importer.ImportRAV = ReadRAVFile(file, &ok);
-            } catch (const std::runtime_error& e) {
-                ShowMessage(e.what(), MessageIcon::Exclamation);
-                return LoadResult::Refused;
-            }
-            if (!ok) return LoadResult::Refused;
-            return BuildRAVTextures(Importer.ImportRAV, Importer.ImportTextures, Importer.TexturesPath, read)
-                       ? LoadResult::Loaded
-                       : LoadResult::Refused;
+    case ImportKind::Model3DS:
+        if (!Read3DSFile(file)) return LoadResult::Refused;
+        return Build3DSTextures(Table3DS, Importer.ImportTextures, Importer.TexturesPath, read) ? LoadResult::Loaded
+                                                                                                : LoadResult::Refused;
+    case ImportKind::RAVText: {
+        bool ok = false;
+        try {
+            Importer.ImportRAV = ReadRAVFile(file, &ok);
+        } catch (const std::runtime_error& e) {
+            ShowMessage(e.what(), MessageIcon::Exclamation);
+            return LoadResult::Refused;
         }
-        case ImportKind::Other:
-            break;
+        if (!ok) return LoadResult::Refused;
+        return BuildRAVTextures(Importer.ImportRAV, Importer.ImportTextures, Importer.TexturesPath, read)
+                   ? LoadResult::Loaded
+                   : LoadResult::Refused;
+    }
+    case ImportKind::Other: break;
     }
     Importer.ImportTextures.clear();
     ShowMessage(UnsupportedExtensionMessage, MessageIcon::None);
@@ -195,14 +196,14 @@ ImportMeshResult Work3DSMesh(const Model3DS& model, const std::vector<ImportText
         const auto faces = static_cast<std::size_t>(std::max(mesh.faceCount, 0));
         if (vertices > mesh.vertices.size() || faces > mesh.faces.size())
             result.error = "The mesh \"" + mesh.name + "\" holds fewer vertices or faces than its counts say.";
-        else if (std::any_of(mesh.faces.begin(), mesh.faces.begin() + static_cast<std::ptrdiff_t>(faces), [&](const Face3DS& f) {
-                     return std::max({f.a, f.b, f.c}) >= vertices;
-                 }))
+        else if (std::any_of(mesh.faces.begin(), mesh.faces.begin() + static_cast<std::ptrdiff_t>(faces),
+                             [&](const Face3DS& f) {
+                                 return std::max({f.a, f.b, f.c}) >= vertices;
+                             }))
             result.error = "The mesh \"" + mesh.name + "\" has a face on a vertex it does not have.";
         else if (mesh.texVerts.size() < vertices)
-            result.error = "The mesh \"" + mesh.name + "\" has " + std::to_string(vertices) +
-                           " vertices but only " + std::to_string(mesh.texVerts.size()) +
-                           " texture coordinates; every vertex needs one.";
+            result.error = "The mesh \"" + mesh.name + "\" has " + std::to_string(vertices) + " vertices but only " +
+                           std::to_string(mesh.texVerts.size()) + " texture coordinates; every vertex needs one.";
         if (!result.error.empty()) return result;
         vertexTotal += vertices;
         indexTotal += faces * 3;
@@ -270,9 +271,8 @@ ImportMeshResult WorkRAVMesh(const RAVFile& rav, const std::vector<ImportTexture
             base = slots - 4;
         }
         if (base + 4 > slots || p + 6 > w.WorkIndices.size()) continue;
-        const ImportTexture& texture =
-            textures[static_cast<std::size_t>(std::clamp<std::int32_t>(polygon.groups[0].textureIndex, 0,
-                                                                       static_cast<std::int32_t>(textures.size()) - 1))];
+        const ImportTexture& texture = textures[static_cast<std::size_t>(std::clamp<std::int32_t>(
+            polygon.groups[0].textureIndex, 0, static_cast<std::int32_t>(textures.size()) - 1))];
         const auto b = static_cast<std::int16_t>(base);
         const std::int16_t triangles[6] = {b, static_cast<std::int16_t>(b + 1), static_cast<std::int16_t>(b + 2),
                                            b, static_cast<std::int16_t>(b + 2), static_cast<std::int16_t>(b + 3)};
@@ -348,8 +348,7 @@ ImportPartResult FinishFrom(ImportMeshResult made, const std::string& texture) {
     if (made.error.empty())
         result.part = FinishImportPart(OptimiseImportMesh(std::move(made.mesh), Importer.Settings), texture,
                                        CurrentProject.OIF.Header.PartCount);
-    else
-        result.error = std::move(made.error);
+    else result.error = std::move(made.error);
     TheDesktop().HideLoading();
     return result;
 }

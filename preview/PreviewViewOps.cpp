@@ -51,9 +51,7 @@ bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float 
     return true;
 }
 
-int PixelsFromTwips(double twips) {
-    return static_cast<int>(std::nearbyint(twips / TwipsPerPixel));
-}
+int PixelsFromTwips(double twips) { return static_cast<int>(std::nearbyint(twips / TwipsPerPixel)); }
 
 std::array<PixelRect, PreviewWindowCount> PreviewWindowLayout() {
     constexpr double listStrip = 1850, width = 6715, height = 4750;

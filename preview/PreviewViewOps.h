@@ -13,7 +13,7 @@ enum PreviewWindowIndex : int { ViewTop = 0, ViewRight = 1, ViewBack = 2, ViewPe
 inline constexpr int PreviewWindowCount = 4;
 // The descriptions of the views, which are also the captions and file names of their windows.
 inline constexpr std::array<const char*, PreviewWindowCount> PreviewWindowNames = {"Top", "Right", "Back",
-                                                                                  "Perspective"};
+                                                                                   "Perspective"};
 // The index of a description; -1 for any other text.
 int PreviewWindowOf(const std::string& description);
 

@@ -71,8 +71,8 @@ void AddWireShapeHead(std::string& b, const PreviewScene& scene) {
     AddLine(b, "      Shape {");
     AddLine(b, "         appearance Appearance {");
     AddLine(b, "            material Material {");
-    AddLine(b, "               emissiveColor " + DoubleText(scene.ColourR / 255.0) + " " + DoubleText(scene.ColourG / 255.0) +
-                   " " + DoubleText(scene.ColourB / 255.0));
+    AddLine(b, "               emissiveColor " + DoubleText(scene.ColourR / 255.0) + " " +
+                   DoubleText(scene.ColourG / 255.0) + " " + DoubleText(scene.ColourB / 255.0));
     AddLine(b, "            }");
     AddLine(b, "         }");
     AddLine(b, "         geometry IndexedLineSet {");
@@ -81,7 +81,8 @@ void AddWireShapeHead(std::string& b, const PreviewScene& scene) {
 }
 
 void AddSceneViewpoints(std::string& b, const PreviewScene& scene) {
-    const std::size_t count = std::min<std::size_t>(scene.Viewpoints.size(), scene.ViewpointCount > 0 ? static_cast<std::size_t>(scene.ViewpointCount) : 0);
+    const std::size_t count = std::min<std::size_t>(
+        scene.Viewpoints.size(), scene.ViewpointCount > 0 ? static_cast<std::size_t>(scene.ViewpointCount) : 0);
     for (std::size_t i = 0; i < count; ++i) {
         AddLine(b, ViewpointText(scene.Viewpoints[i]));
         AddLine(b, "");
@@ -124,14 +125,16 @@ std::string ViewpointText(const PreviewViewpoint& v) {
     std::string b;
     AddLine(b, "Viewpoint {");
     AddLine(b, "   position " + Point(v.PositionX, v.PositionY, v.PositionZ));
-    AddLine(b, "   orientation " + Flag(v.AxisX) + " " + Flag(v.AxisY) + " " + Flag(v.AxisZ) + " " + SingleText(v.Angle));
+    AddLine(b,
+            "   orientation " + Flag(v.AxisX) + " " + Flag(v.AxisY) + " " + Flag(v.AxisZ) + " " + SingleText(v.Angle));
     AddLine(b, "   description \"" + v.Description + "\"");
     AddLine(b, "}");
     AddLine(b, "");
     return b;
 }
 
-std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScene& scene, const PreviewSelection& selection) {
+std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScene& scene,
+                            const PreviewSelection& selection) {
     std::string b;
     AddFileHead(b, scene);
     for (std::size_t p = 0; p < parts.size(); ++p) {
@@ -163,15 +166,16 @@ std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScen
     AddLine(b, "   ]");
     AddLine(b, "}");
     AddLine(b, "");
-    const bool marked = selection.part >= 0 && selection.vertex >= 0 &&
-                        static_cast<std::size_t>(selection.part) < parts.size() &&
-                        static_cast<std::size_t>(selection.vertex) < parts[static_cast<std::size_t>(selection.part)].Vertices.size();
+    const bool marked =
+        selection.part >= 0 && selection.vertex >= 0 && static_cast<std::size_t>(selection.part) < parts.size() &&
+        static_cast<std::size_t>(selection.vertex) < parts[static_cast<std::size_t>(selection.part)].Vertices.size();
     if (marked) {
-        const OIFVertex& v = parts[static_cast<std::size_t>(selection.part)].Vertices[static_cast<std::size_t>(selection.vertex)];
+        const OIFVertex& v =
+            parts[static_cast<std::size_t>(selection.part)].Vertices[static_cast<std::size_t>(selection.vertex)];
         for (const char* line : {"Transform {"}) AddLine(b, line);
         AddLine(b, "   translation " + Point(v.X, v.Y, v.Z));
-        for (const char* line : {"   children [", "      Shape {", "         geometry Sphere {", "            radius 1", "         }",
-                                 "      }", "   ]", "}", ""})
+        for (const char* line : {"   children [", "      Shape {", "         geometry Sphere {", "            radius 1",
+                                 "         }", "      }", "   ]", "}", ""})
             AddLine(b, line);
         PreviewViewpoint vp;
         vp.Description = "Vertex";
@@ -291,10 +295,11 @@ std::string PartFileText(const OIFPart& part, int index) {
     AddLine(b, "## Number of Vertices = " + std::to_string(part.Header.VertexCount));
     AddLine(b, "## Number of Indices = " + std::to_string(part.Header.IndexCount));
     AddLine(b, "");
-    for (const char* line : {"      Shape {", "         appearance Appearance {", "            texture ImageTexture {"}) AddLine(b, line);
+    for (const char* line : {"      Shape {", "         appearance Appearance {", "            texture ImageTexture {"})
+        AddLine(b, line);
     AddLine(b, "               url \"" + part.Header.Texture.str() + ".png\"");
-    for (const char* line : {"            }", "         }", "         geometry IndexedFaceSet {", "            coord Coordinate {",
-                             "               point ["})
+    for (const char* line : {"            }", "         }", "         geometry IndexedFaceSet {",
+                             "            coord Coordinate {", "               point ["})
         AddLine(b, line);
     const std::size_t n = part.Vertices.size();
     for (std::size_t v = 0; v < n; ++v) {

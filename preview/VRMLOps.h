@@ -20,7 +20,8 @@ std::string ViewpointText(const PreviewViewpoint& viewpoint);
 
 // The wireframe file of the shown parts, with a marker and a "Vertex" viewpoint on the
 // selected vertex.
-std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScene& scene, const PreviewSelection& selection);
+std::string WirePreviewText(const std::vector<OIFPart>& parts, const PreviewScene& scene,
+                            const PreviewSelection& selection);
 // Writes it to temp/stad1.wrl and has the wireframe window show it.
 void WriteWirePreview(const std::vector<OIFPart>& parts, const PreviewScene& scene, const PreviewSelection& selection);
 

@@ -84,10 +84,8 @@ void importpolygonpart() {
         path = TheDesktop().OpenFile(ImportTitle, PolygonImportFilter, "", "");
         if (path.empty()) return;
     } while (!FileExists(path));
-    if (FileExtension(path) == "csv")
-        importcsvtopolygonpart(path);
-    else
-        ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
+    if (FileExtension(path) == "csv") importcsvtopolygonpart(path);
+    else ShowMessage(UnsupportedFileMessage, MessageIcon::Exclamation);
 }
 
 void importfile() {

@@ -45,7 +45,8 @@ constexpr DefaultKey FirstRunKeys[] = {
 bool NeedsQuotes(const std::string& value) {
     if (value.empty()) return false;
     auto blank = [](char c) { return c == ' ' || c == '\t'; };
-    return blank(value.front()) || blank(value.back()) || (value.size() >= 2 && value.front() == '"' && value.back() == '"');
+    return blank(value.front()) || blank(value.back()) ||
+           (value.size() >= 2 && value.front() == '"' && value.back() == '"');
 }
 // SimpleIni takes a "[" line without "]" for a section it never closes: the keys below it land
 // in a section whose name runs over the following lines, and the next save writes that name as

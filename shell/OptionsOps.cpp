@@ -36,14 +36,13 @@ void StoreControl(const char* control, const OptionContents& contents, const Con
     const auto it = contents.find(control);
     const std::string content = it == contents.end() ? std::string() : it->second;
     const std::string value = k->kind == OptionKind::Flag ? FlagStored(content == "1") : NumberStored(content);
-    if (write)
-        write(k->section, k->key, value);
-    else
-        WriteConfig(k->section, k->key, value);
+    if (write) write(k->section, k->key, value);
+    else WriteConfig(k->section, k->key, value);
 }
 }  // namespace
 
-void ApplyOptions(const OptionContents& contents, const std::function<void()>& viewerChange, const ConfigWriter& write) {
+void ApplyOptions(const OptionContents& contents, const std::function<void()>& viewerChange,
+                  const ConfigWriter& write) {
     for (const char* control : ApplyBeforeViewer) StoreControl(control, contents, write);
     if (viewerChange) viewerChange();
     for (const char* control : ApplyAfterViewer) StoreControl(control, contents, write);

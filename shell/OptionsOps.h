@@ -59,8 +59,8 @@ OptionContents ReadOptions();
 // The controls "Apply" stores before the viewer change, and those it stores after.
 inline constexpr std::array<const char*, 3> ApplyBeforeViewer{"previews", "refreshpreviewbox", "viewtextures"};
 inline constexpr std::array<const char*, 11> ApplyAfterViewer{
-    "oifeditor", "closestmap", "optimisecrowdheight", "crowdwizardheight", "noofrows", "crowdspacing",
-    "homecrowd", "vrmlreminder", "newproj", "maxwindow", "zoomamount"};
+    "oifeditor",    "closestmap", "optimisecrowdheight", "crowdwizardheight", "noofrows", "crowdspacing", "homecrowd",
+    "vrmlreminder", "newproj",    "maxwindow",           "zoomamount"};
 
 using ConfigWriter = std::function<void(const std::string& section, const std::string& key, const std::string& value)>;
 

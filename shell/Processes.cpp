@@ -1,11 +1,11 @@
 #include "shell/Processes.h"
 
-#include <cerrno>
-#include <csignal>
 #include <fcntl.h>
-#include <map>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <cerrno>
+#include <csignal>
+#include <map>
 #include <vector>
 
 #include "shell/fileOps.h"

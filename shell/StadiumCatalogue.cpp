@@ -1,7 +1,7 @@
 #include "shell/StadiumCatalogue.h"
 
-#include <filesystem>
 #include <unistd.h>
+#include <filesystem>
 
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
@@ -17,7 +17,12 @@ const std::array<const char*, 35> ProjectTextureNames = {
 
 bool BaseUnsupported(int captionIndex) {
     switch (captionIndex) {
-    case 4: case 19: case 24: case 25: case 26: case 27: return true;
+    case 4:
+    case 19:
+    case 24:
+    case 25:
+    case 26:
+    case 27: return true;
     default: return false;
     }
 }

@@ -1,13 +1,13 @@
 #include "shell/SystemInfoOps.h"
 
+#include <sys/utsname.h>
 #include <cstdio>
 #include <fstream>
 #include <sstream>
-#include <sys/utsname.h>
 #include <thread>
 
-const std::vector<std::string> SystemInfoTools = {"hardinfo2", "hardinfo", "kinfocenter", "gnome-system-monitor",
-                                                  "xfce4-taskmanager", "mate-system-monitor"};
+const std::vector<std::string> SystemInfoTools = {
+    "hardinfo2", "hardinfo", "kinfocenter", "gnome-system-monitor", "xfce4-taskmanager", "mate-system-monitor"};
 
 std::string FindSystemInfoTool(const std::function<bool(const std::string&)>& installed) {
     for (const std::string& tool : SystemInfoTools)

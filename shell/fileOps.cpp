@@ -1,6 +1,9 @@
 #include "shell/fileOps.h"
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <cctype>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -8,9 +11,6 @@
 #include <iterator>
 #include <stdexcept>
 #include <thread>
-#include <cerrno>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -40,7 +40,8 @@ std::string FifaInstallDir() {
 
 std::string RhinoExecutable() {
     const std::string version = ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent");
-    std::string folder = ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\" + version + "\\Install\\Path");
+    std::string folder =
+        ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\" + version + "\\Install\\Path");
     if (folder.empty()) return {};
     if (folder.back() != '/' && folder.back() != '\\') folder += '/';
     const std::string program = folder + "rhino3.exe";

@@ -1,12 +1,12 @@
 #include "shell/mdlOIFToolAuto.h"
 
+#include <unistd.h>
 #include <chrono>
 #include <cstdio>
-#include <thread>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
+#include <thread>
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
@@ -40,7 +40,7 @@ bool Convert(const char* direction, const std::string& source, const std::string
     Desktop& desktop = TheDesktop();
     std::error_code ec;
     const auto before = std::filesystem::exists(target, ec) ? std::filesystem::last_write_time(target, ec)
-                                                           : std::filesystem::file_time_type::min();
+                                                            : std::filesystem::file_time_type::min();
     const std::int64_t pid = desktop.StartCapturedProcess(command, logPath);
     bool ended = pid != 0;
     if (ended) {
@@ -68,8 +68,8 @@ bool Convert(const char* direction, const std::string& source, const std::string
         ToolStatusLog += "The converter did not finish within 10 minutes and was stopped.";
         return false;
     }
-    const bool made = std::filesystem::exists(target, ec) &&
-                      (before == std::filesystem::file_time_type::min() || std::filesystem::last_write_time(target, ec) >= before);
+    const bool made = std::filesystem::exists(target, ec) && (before == std::filesystem::file_time_type::min() ||
+                                                              std::filesystem::last_write_time(target, ec) >= before);
     return desktop.ProcessExitCode(pid) == 0 && made;
 }
 

@@ -42,7 +42,8 @@ bool IsQuad(const RAVPolygon& polygon) { return polygon.groups.size() == 1 && po
 RAVFile ListOfMeshes(const Model3DS& model, const std::function<std::string(int)>& groupOf) {
     RAVFile list;
     int n = 0;
-    for (const Mesh3DS* mesh : FourVertexMeshes(model)) list = AppendCrowdRows({QuadFrom3DSMesh(*mesh)}, groupOf(n++), std::move(list));
+    for (const Mesh3DS* mesh : FourVertexMeshes(model))
+        list = AppendCrowdRows({QuadFrom3DSMesh(*mesh)}, groupOf(n++), std::move(list));
     return list;
 }
 
@@ -81,7 +82,8 @@ OIFFile BuildAdboardParts(const OIFFile& doc, RAVFile list) {
     // Three boards to a texture's height, in single-float thirds.
     static constexpr float bands[3][2] = {{0.0f, 0.33f}, {0.33f, 0.66f}, {0.66f, 1.0f}};
     std::vector<PolygonPart> boards(3);
-    for (int i = 0; i < 3; ++i) boards[static_cast<std::size_t>(i)].Texture = std::string("adb") + static_cast<char>('a' + i);
+    for (int i = 0; i < 3; ++i)
+        boards[static_cast<std::size_t>(i)].Texture = std::string("adb") + static_cast<char>('a' + i);
     int band = 0;
     for (RAVPolygon& polygon : list.polygons) {
         if (!IsQuad(polygon)) continue;
@@ -133,7 +135,7 @@ void importadboard() {
 void importbanner() {
     const std::string path = ChosenModel(ImportBannerTitle);
     if (path.empty()) return;
-    const bool home =
-        AskQuestion(HomeBannersQuestion, MessageButtons::YesNo, MessageIcon::Question, ShortTitle) == MessageAnswer::Yes;
+    const bool home = AskQuestion(HomeBannersQuestion, MessageButtons::YesNo, MessageIcon::Question, ShortTitle) ==
+                      MessageAnswer::Yes;
     ImportBannerFile(path, home);
 }

@@ -200,8 +200,8 @@ bool ImportCrowdFile(const std::string& path, float height) {
 void importcrowd() {
     const std::string path = TheDesktop().OpenFile(ImportCrowdTitle, ImportCrowdFilter, "", "");
     if (path.empty() || !FileExists(path)) return;
-    const bool fix = AskQuestion(RowHeightQuestion, MessageButtons::YesNo, MessageIcon::Question, ShortTitle) ==
-                     MessageAnswer::Yes;
+    const bool fix =
+        AskQuestion(RowHeightQuestion, MessageButtons::YesNo, MessageIcon::Question, ShortTitle) == MessageAnswer::Yes;
     ImportCrowdFile(path, fix ? static_cast<float>(ReadConfigNumber("Import", "CrowdHeight")) : 0.0f);
 }
 

@@ -15,7 +15,9 @@ OIFFile TransformParts(const OIFFile& doc, const TransformSettings& settings) {
     const std::array<double, 3> scale = Values(settings.scale), translate = Values(settings.translate);
     const std::array<double, 3> degrees = Values(settings.rotate);
     const bool rotates = degrees[0] != 0 || degrees[1] != 0 || degrees[2] != 0;
-    const auto radians = [&](std::size_t axis) { return static_cast<float>(DegToRad(static_cast<float>(degrees[axis]))); };
+    const auto radians = [&](std::size_t axis) {
+        return static_cast<float>(DegToRad(static_cast<float>(degrees[axis])));
+    };
     const Point3 angles{radians(0), radians(1), radians(2)};
     OIFFile result = doc;
     for (std::size_t i = 0; i < result.Parts.size() && i < settings.parts.size(); ++i) {

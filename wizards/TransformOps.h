@@ -11,7 +11,7 @@
 // ticks. Part i is changed when parts[i] is set.
 struct TransformSettings {
     std::vector<bool> parts;
-    std::array<std::string, 3> scale{"100", "100", "100"};  // percent
+    std::array<std::string, 3> scale{"100", "100", "100"};      // percent
     std::array<std::string, 3> rotate{"0.00", "0.00", "0.00"};  // degrees about x, y, z
     std::array<std::string, 3> translate{"0.00", "0.00", "0.00"};
     std::array<bool, 3> mirror{};

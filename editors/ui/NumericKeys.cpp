@@ -26,4 +26,6 @@ private:
 
 }  // namespace
 
-void FilterNumericKeys(QLineEdit* field, KeyFilter filter) { field->installEventFilter(new NumericKeyGate(field, filter)); }
+void FilterNumericKeys(QLineEdit* field, KeyFilter filter) {
+    field->installEventFilter(new NumericKeyGate(field, filter));
+}

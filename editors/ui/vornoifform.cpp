@@ -175,9 +175,9 @@ void vornoifform::enablePartControls(bool enabled) {
 }
 
 void vornoifform::enableVertexControls(bool enabled) {
-    for (QWidget* w : std::initializer_list<QWidget*>{oifpartvertices_, vertexFields_[0], vertexFields_[1],
-                                                      vertexFields_[2], vertexFields_[3], vertexFields_[4],
-                                                      oifvertexshadowbox_, oifvertexpointsel_})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{oifpartvertices_, vertexFields_[0], vertexFields_[1], vertexFields_[2],
+                                         vertexFields_[3], vertexFields_[4], oifvertexshadowbox_, oifvertexpointsel_})
         w->setEnabled(enabled);
 }
 

@@ -111,7 +111,8 @@ void rhinoravconv::texbutClick() {
 }
 
 void rhinoravconv::rhinobutClick() {
-    const std::string path = TheDesktop().SaveFile("Save RhinoScipt...", "RhinoScript (*.txt)|*.txt", Text(rhinobox_), "");
+    const std::string path =
+        TheDesktop().SaveFile("Save RhinoScipt...", "RhinoScript (*.txt)|*.txt", Text(rhinobox_), "");
     if (!path.empty()) SetText(rhinobox_, WithDefaultExtension(path, "txt"));
     checkboxes();
 }

@@ -38,7 +38,8 @@ QImage PaintAtlas(std::int32_t sheetWidth, std::int32_t sheetHeight, const std::
             column[static_cast<std::size_t>(x - x0)] =
                 static_cast<int>((2 * (x - static_cast<std::int64_t>(r.Left)) + 1) * picture.width() / (2 * width));
         for (int y = y0; y < y1; ++y) {
-            const auto row = static_cast<int>((2 * (y - static_cast<std::int64_t>(r.Top)) + 1) * picture.height() / (2 * height));
+            const auto row =
+                static_cast<int>((2 * (y - static_cast<std::int64_t>(r.Top)) + 1) * picture.height() / (2 * height));
             const auto* in = reinterpret_cast<const QRgb*>(picture.constScanLine(row));
             auto* out = reinterpret_cast<QRgb*>(sheet.scanLine(y));
             for (int x = x0; x < x1; ++x) out[x] = in[column[static_cast<std::size_t>(x - x0)]];
@@ -53,6 +54,7 @@ void SaveBitmap(const QImage& image, const std::string& path) {
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, "BMP");
     if (!writer.write(image.convertToFormat(QImage::Format_RGB888)))
-        throw std::runtime_error("The bitmap for \"" + path + "\" cannot be made: " + writer.errorString().toStdString());
+        throw std::runtime_error("The bitmap for \"" + path +
+                                 "\" cannot be made: " + writer.errorString().toStdString());
     binaryOps::WriteBytesFile(ByteBuffer(bytes.begin(), bytes.end()), path);
 }

@@ -1,7 +1,6 @@
 #include "importer/ui/stmap.h"
 
 #include <QCheckBox>
-#include <algorithm>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHeaderView>
@@ -13,6 +12,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTreeWidget>
+#include <algorithm>
 #include <map>
 
 #include "core/Desktop.h"
@@ -61,14 +61,16 @@ QPointF Position(const QEvent* event) { return static_cast<const QMouseEvent*>(e
 
 ArrowKey Arrow(int key) {
     switch (key) {
-        case Qt::Key_Left: return ArrowKey::Left;
-        case Qt::Key_Right: return ArrowKey::Right;
-        case Qt::Key_Up: return ArrowKey::Up;
-        default: return ArrowKey::Down;
+    case Qt::Key_Left: return ArrowKey::Left;
+    case Qt::Key_Right: return ArrowKey::Right;
+    case Qt::Key_Up: return ArrowKey::Up;
+    default: return ArrowKey::Down;
     }
 }
 
-bool IsArrow(int key) { return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down; }
+bool IsArrow(int key) {
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
 
 }  // namespace
 
@@ -183,8 +185,8 @@ void stmap::StartImport() {
     Importer.ImportTextures.clear();
     Importer.ImportFile.clear();
     ReadImporterSettings(Importer.Settings);
-    if (!loadModel() && AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) ==
-                            MessageAnswer::Yes) {
+    if (!loadModel() &&
+        AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) == MessageAnswer::Yes) {
         if (liveImporter == this) liveImporter = nullptr;
         hide();
         deleteLater();
@@ -198,8 +200,8 @@ void stmap::StartImport() {
 bool stmap::loadModel() {
     Desktop& desktop = TheDesktop();
     const std::string file = desktop.OpenFile(
-        "Select file to import...", "All supported files|*.3ds;*.txt|Autodesk 3DS (*.3ds)|*.3ds|RAV Exported Text (*.txt)|*.txt",
-        "", "");
+        "Select file to import...",
+        "All supported files|*.3ds;*.txt|Autodesk 3DS (*.3ds)|*.3ds|RAV Exported Text (*.txt)|*.txt", "", "");
     if (file.empty()) return false;
     const std::string folder = desktop.BrowseForFolder("Select Textures Path");
     if (folder.empty()) return false;
@@ -218,7 +220,7 @@ bool stmap::loadModel() {
 }
 
 void stmap::DoLoad() {
-    static const Qt::CursorShape pointers[9] = {Qt::ArrowCursor,   Qt::SizeFDiagCursor, Qt::SizeVerCursor,
+    static const Qt::CursorShape pointers[9] = {Qt::ArrowCursor,     Qt::SizeFDiagCursor, Qt::SizeVerCursor,
                                                 Qt::SizeBDiagCursor, Qt::SizeHorCursor,   Qt::SizeHorCursor,
                                                 Qt::SizeBDiagCursor, Qt::SizeVerCursor,   Qt::SizeFDiagCursor};
     for (int e = 1; e <= 8; ++e) {
@@ -357,8 +359,9 @@ std::string stmap::chooseBitmap() {
                                                  DocumentText(texturebox_->currentText()), AppFolder);
         if (file.empty()) return file;
         if (FileExtension(file).empty()) file += ".bmp";
-        if (!FileExists(file) || AskQuestion(file + " already exists.\r\nDo you want to replace it?", MessageButtons::YesNo,
-                                             MessageIcon::Exclamation, "Save Bitmap As...") == MessageAnswer::Yes)
+        if (!FileExists(file) ||
+            AskQuestion(file + " already exists.\r\nDo you want to replace it?", MessageButtons::YesNo,
+                        MessageIcon::Exclamation, "Save Bitmap As...") == MessageAnswer::Yes)
             return file;
     }
 }
@@ -380,9 +383,9 @@ void stmap::cmdExportClick() {
     const std::string texture = DocumentText(texturebox_->currentText());
     std::optional<ImportPartResult> made;
     switch (ImportKindOf(Importer.ImportFile)) {
-        case ImportKind::Model3DS: made = Make3DSImportPart(texture, sheet()); break;
-        case ImportKind::RAVText: made = MakeRAVImportPart(Importer.ImportRAV, texture, sheet()); break;
-        case ImportKind::Other: break;
+    case ImportKind::Model3DS: made = Make3DSImportPart(texture, sheet()); break;
+    case ImportKind::RAVText: made = MakeRAVImportPart(Importer.ImportRAV, texture, sheet()); break;
+    case ImportKind::Other: break;
     }
     if (made && !made->error.empty()) {
         ShowMessage(made->error, MessageIcon::Exclamation);
@@ -423,8 +426,7 @@ void stmap::Command1Click() { OpenHelpPage("stadiumimporter.html"); }
 void stmap::closeEvent(QCloseEvent* event) {
     if (AskQuestion(ExitQuestion, MessageButtons::YesNo, MessageIcon::Question, ImporterTitle) != MessageAnswer::Yes)
         event->ignore();
-    else
-        event->accept();
+    else event->accept();
 }
 
 // ---- the sheet's boxes
@@ -441,9 +443,9 @@ void stmap::picTexMouseDown(int n, Qt::MouseButton button, QPointF position) {
 
 void stmap::picTexMouseMove(int n, QPointF position) {
     if (n != currentItem_ || !texDragging_) return;
-    const BoxPlace place = DragPlace(boxes_, static_cast<std::size_t>(n - 1), position.x(), position.y(), dragStartX_,
-                                     dragStartY_, picBg_->width(), picBg_->height(),
-                                     {chkSnapToEdge_->isChecked(), chkSnapToTex_->isChecked()});
+    const BoxPlace place =
+        DragPlace(boxes_, static_cast<std::size_t>(n - 1), position.x(), position.y(), dragStartX_, dragStartY_,
+                  picBg_->width(), picBg_->height(), {chkSnapToEdge_->isChecked(), chkSnapToTex_->isChecked()});
     TextureBox& b = boxes_[static_cast<std::size_t>(n - 1)];
     b.Left = place.Left;
     b.Top = place.Top;
@@ -515,10 +517,8 @@ bool stmap::eventFilter(QObject* watched, QEvent* event) {
         }
         if (handleDragging_ && (type == QEvent::MouseMove || type == QEvent::MouseButtonRelease)) {
             QWidget* handle = picHandle_[static_cast<std::size_t>(handleDragged_)];
-            if (type == QEvent::MouseMove)
-                picHandleMouseMove(handleDragged_, Position(event) - QPointF(handle->pos()));
-            else
-                picHandleMouseUp(handleDragged_);
+            if (type == QEvent::MouseMove) picHandleMouseMove(handleDragged_, Position(event) - QPointF(handle->pos()));
+            else picHandleMouseUp(handleDragged_);
             return true;
         }
         return false;
@@ -526,48 +526,48 @@ bool stmap::eventFilter(QObject* watched, QEvent* event) {
     for (int n = 1; n < static_cast<int>(picTex_.size()); ++n) {
         if (watched != picTex_[static_cast<std::size_t>(n)]) continue;
         switch (type) {
-            case QEvent::Paint: {
-                QWidget* w = picTex_[static_cast<std::size_t>(n)];
-                QPainter p(w);
-                p.drawImage(w->rect(), pictures_[static_cast<std::size_t>(n - 1)]);
-                if (n == currentItem_) {
-                    p.setPen(Qt::black);
-                    p.drawRect(0, 0, w->width() - 1, w->height() - 1);
-                }
-                return true;
+        case QEvent::Paint: {
+            QWidget* w = picTex_[static_cast<std::size_t>(n)];
+            QPainter p(w);
+            p.drawImage(w->rect(), pictures_[static_cast<std::size_t>(n - 1)]);
+            if (n == currentItem_) {
+                p.setPen(Qt::black);
+                p.drawRect(0, 0, w->width() - 1, w->height() - 1);
             }
-            case QEvent::MouseButtonPress:
-                picTexMouseDown(n, static_cast<QMouseEvent*>(event)->button(), Position(event));
-                return true;
-            case QEvent::MouseMove: picTexMouseMove(n, Position(event)); return true;
-            case QEvent::MouseButtonRelease: picTexMouseUp(n); return true;
-            case QEvent::FocusIn:
-            case QEvent::FocusOut: PaintTexture(n); return false;
-            case QEvent::KeyPress: {
-                const auto* key = static_cast<QKeyEvent*>(event);
-                picTexKeyDown(n, key->key(), key->modifiers());
-                return IsArrow(key->key());
-            }
-            default: return false;
+            return true;
+        }
+        case QEvent::MouseButtonPress:
+            picTexMouseDown(n, static_cast<QMouseEvent*>(event)->button(), Position(event));
+            return true;
+        case QEvent::MouseMove: picTexMouseMove(n, Position(event)); return true;
+        case QEvent::MouseButtonRelease: picTexMouseUp(n); return true;
+        case QEvent::FocusIn:
+        case QEvent::FocusOut: PaintTexture(n); return false;
+        case QEvent::KeyPress: {
+            const auto* key = static_cast<QKeyEvent*>(event);
+            picTexKeyDown(n, key->key(), key->modifiers());
+            return IsArrow(key->key());
+        }
+        default: return false;
         }
     }
     for (int e = 1; e < static_cast<int>(picHandle_.size()); ++e) {
         QWidget* handle = picHandle_[static_cast<std::size_t>(e)];
         if (watched != handle) continue;
         switch (type) {
-            case QEvent::Paint: {
-                QPainter p(handle);
-                p.setPen(Qt::black);
-                p.drawRect(0, 0, handle->width() - 1, handle->height() - 1);
-                return true;
-            }
-            case QEvent::MouseButtonPress:
-                picHandleMouseDown(e, static_cast<QMouseEvent*>(event)->button(), Position(event));
-                return true;
-            case QEvent::FocusIn:
-                if (currentItem_ >= 1) picTex_[static_cast<std::size_t>(currentItem_)]->setFocus();
-                return false;
-            default: return false;
+        case QEvent::Paint: {
+            QPainter p(handle);
+            p.setPen(Qt::black);
+            p.drawRect(0, 0, handle->width() - 1, handle->height() - 1);
+            return true;
+        }
+        case QEvent::MouseButtonPress:
+            picHandleMouseDown(e, static_cast<QMouseEvent*>(event)->button(), Position(event));
+            return true;
+        case QEvent::FocusIn:
+            if (currentItem_ >= 1) picTex_[static_cast<std::size_t>(currentItem_)]->setFocus();
+            return false;
+        default: return false;
         }
     }
     return QWidget::eventFilter(watched, event);

@@ -17,7 +17,8 @@ namespace {
 // The section "Settings" of the program's own per-user store.
 struct Store {
     Store() { settings.beginGroup(QStringLiteral("Settings")); }
-    QSettings settings{QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("VORN"), QStringLiteral("Terramason")};
+    QSettings settings{QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("VORN"),
+                       QStringLiteral("Terramason")};
 };
 
 // A value of the store as a number; text that holds none counts as 0.

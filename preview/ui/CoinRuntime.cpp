@@ -76,8 +76,7 @@ bool ReadCoinImage(const QString& path, CoinImage& image) {
     image.height = rows.height();
     image.rgba.resize(qsizetype(image.width) * image.height * 4);
     const qsizetype line = qsizetype(image.width) * 4;
-    for (int y = 0; y < image.height; ++y)
-        std::copy_n(rows.constScanLine(y), line, image.rgba.data() + y * line);
+    for (int y = 0; y < image.height; ++y) std::copy_n(rows.constScanLine(y), line, image.rgba.data() + y * line);
     return true;
 }
 

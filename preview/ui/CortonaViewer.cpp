@@ -111,7 +111,9 @@ void CortonaViewer::LoadView(const std::string& description, const std::string& 
     if (CortonaViewer* w = existing(description)) w->Cortona1()->setScene(QString::fromStdString(path));
 }
 
-QColor CortonaViewer::activeTitleColour() { return QApplication::palette().color(QPalette::Active, QPalette::Highlight); }
+QColor CortonaViewer::activeTitleColour() {
+    return QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+}
 
 QColor CortonaViewer::inactiveTitleColour() { return QApplication::palette().color(QPalette::Active, QPalette::Mid); }
 
@@ -124,7 +126,8 @@ void CortonaViewer::setActiveColour(bool active) {
     p.setColor(QPalette::Window, active ? activeTitleColour() : inactiveTitleColour());
     frame1_->setPalette(p);
     QPalette text = label_->palette();
-    text.setColor(QPalette::WindowText, QApplication::palette().color(active ? QPalette::HighlightedText : QPalette::WindowText));
+    text.setColor(QPalette::WindowText,
+                  QApplication::palette().color(active ? QPalette::HighlightedText : QPalette::WindowText));
     label_->setPalette(text);
 }
 

@@ -72,7 +72,8 @@ bool IsSearched(const QByteArray& folder) {
 QByteArray ShadeUntextured(const QByteArray& world, const QString& folder, bool textured) {
     static const QRegularExpression appearance(
         QStringLiteral(R"re(Appearance\s*\{(\s*texture\s+ImageTexture\s*\{\s*url\s+"([^"]*)")?)re"));
-    static const QString slate = QStringLiteral(" material Material { diffuseColor 0.4 0.46 0.6 emissiveColor 0.2 0.22 0.28 }");
+    static const QString slate =
+        QStringLiteral(" material Material { diffuseColor 0.4 0.46 0.6 emissiveColor 0.2 0.22 0.28 }");
     const QString text = QString::fromLatin1(world);
     QString shaded;
     qsizetype done = 0;
@@ -246,8 +247,7 @@ void VrmlView::initializeGL() {
     glReady_ = true;
     // A widget moved to another top-level window gets a new context; Coin's textures and display
     // lists of the old one go with it.
-    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &VrmlView::releaseGLCaches,
-            Qt::UniqueConnection);
+    connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &VrmlView::releaseGLCaches, Qt::UniqueConnection);
 }
 
 void VrmlView::releaseGLCaches() {

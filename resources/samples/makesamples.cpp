@@ -52,7 +52,7 @@ struct Stand {
 };
 
 constexpr int kSteps = 14;
-constexpr float kTread = 150;   // the crowd spacing the wizard proposes
+constexpr float kTread = 150;  // the crowd spacing the wizard proposes
 constexpr float kRiser = 75;
 constexpr float kFrontWall = 100;
 constexpr float kDepth = static_cast<float>(kSteps) * kTread;
@@ -122,13 +122,17 @@ OIFPart Walls() {
     quads.Texture = "tp01";
     for (const Stand& s : Stands()) {
         const float tiles = Length(s) / 500;
-        AddQuad(quads, {At(s, 0, 0, 0), At(s, 1, 0, 0), At(s, 1, 0, kFrontWall), At(s, 0, 0, kFrontWall)}, 0, tiles, 0.9f, 1);
+        AddQuad(quads, {At(s, 0, 0, 0), At(s, 1, 0, 0), At(s, 1, 0, kFrontWall), At(s, 0, 0, kFrontWall)}, 0, tiles,
+                0.9f, 1);
         // The back wall faces the pitch, so it is seen from behind the last row.
-        AddQuad(quads, {At(s, 0, kDepth, 0), At(s, 1, kDepth, 0), At(s, 1, kDepth, kBackWall), At(s, 0, kDepth, kBackWall)}, 0,
+        AddQuad(quads,
+                {At(s, 0, kDepth, 0), At(s, 1, kDepth, 0), At(s, 1, kDepth, kBackWall), At(s, 0, kDepth, kBackWall)}, 0,
                 tiles, 0, 1);
         const float top = kFrontWall + kSteps * kRiser;
-        AddQuad(quads, {At(s, 0, kDepth, 0), At(s, 0, 0, 0), At(s, 0, 0, kFrontWall), At(s, 0, kDepth, top)}, 0, 4, 0.4f, 1);
-        AddQuad(quads, {At(s, 1, 0, 0), At(s, 1, kDepth, 0), At(s, 1, kDepth, top), At(s, 1, 0, kFrontWall)}, 0, 4, 0.4f, 1);
+        AddQuad(quads, {At(s, 0, kDepth, 0), At(s, 0, 0, 0), At(s, 0, 0, kFrontWall), At(s, 0, kDepth, top)}, 0, 4,
+                0.4f, 1);
+        AddQuad(quads, {At(s, 1, 0, 0), At(s, 1, kDepth, 0), At(s, 1, kDepth, top), At(s, 1, 0, kFrontWall)}, 0, 4,
+                0.4f, 1);
     }
     return NamedPart(quads, "Stand walls");
 }
@@ -483,17 +487,20 @@ int main(int argc, char** argv) {
     const QColor boardColours[3][3] = {{{20, 60, 150}, {180, 30, 30}, {20, 120, 60}},
                                        {{230, 120, 20}, {60, 60, 70}, {120, 40, 140}},
                                        {{10, 130, 160}, {200, 160, 20}, {30, 30, 30}}};
-    const char* const boardWords[3][3] = {{"TERRA", "MASON", "STADIA"}, {"PITCH", "KICK", "GOAL"},
-                                          {"LINUX", "OPEN", "CROWD"}};
-    for (int i = 0; i < 3; ++i) Save(Boards(boardColours[i], boardWords[i]), tex + QString("adb%1.png").arg(QChar('a' + i)));
+    const char* const boardWords[3][3] = {
+        {"TERRA", "MASON", "STADIA"}, {"PITCH", "KICK", "GOAL"}, {"LINUX", "OPEN", "CROWD"}};
+    for (int i = 0; i < 3; ++i)
+        Save(Boards(boardColours[i], boardWords[i]), tex + QString("adb%1.png").arg(QChar('a' + i)));
     // Banners and flags alternate over three pictures each, for the home team and the away team.
     for (int i = 0; i < 3; ++i) {
         const QString letter(QChar('a' + i));
         const int shade = 100 + 25 * i;
         Save(Banner(home.darker(shade), homeSecond, false), tex + "hbn" + letter + ".png");
-        Save(Banner(i == 1 ? homeSecond : home.darker(shade), i == 1 ? home : homeSecond, true), tex + "hfl" + letter + ".png");
+        Save(Banner(i == 1 ? homeSecond : home.darker(shade), i == 1 ? home : homeSecond, true),
+             tex + "hfl" + letter + ".png");
         Save(Banner(away.darker(shade), awaySecond, false), tex + "abn" + letter + ".png");
-        Save(Banner(i == 1 ? awaySecond : away.darker(shade), i == 1 ? away : awaySecond, true), tex + "afl" + letter + ".png");
+        Save(Banner(i == 1 ? awaySecond : away.darker(shade), i == 1 ? away : awaySecond, true),
+             tex + "afl" + letter + ".png");
     }
 
     const QString board = out.filePath("scoreboard/");

@@ -58,14 +58,17 @@ void CopyFromControl(QWidget* control) {
     case ControlKind::TextBox:
         if (auto* line = qobject_cast<QLineEdit*>(control)) SetClipboardText(line->selectedText());
         else if (auto* text = qobject_cast<QTextEdit*>(control)) SetClipboardText(PlainSelection(text->textCursor()));
-        else if (auto* plain = qobject_cast<QPlainTextEdit*>(control)) SetClipboardText(PlainSelection(plain->textCursor()));
+        else if (auto* plain = qobject_cast<QPlainTextEdit*>(control))
+            SetClipboardText(PlainSelection(plain->textCursor()));
         break;
     case ControlKind::ListBox: {
         QListWidgetItem* item = qobject_cast<QListWidget*>(control)->currentItem();
         SetClipboardText(item ? item->text() : QString());
         break;
     }
-    case ControlKind::PictureBox: TheDesktop().SetClipboardImage(PngBytes(qobject_cast<QLabel*>(control)->pixmap())); break;
+    case ControlKind::PictureBox:
+        TheDesktop().SetClipboardImage(PngBytes(qobject_cast<QLabel*>(control)->pixmap()));
+        break;
     case ControlKind::None:
     case ControlKind::Other: break;
     }

@@ -34,9 +34,9 @@ vornselectobj* FrameViews::selectobj() {
         // The parts list is always there ("Object Browser" stays checked), so it has no close
         // box; and at 1850 twips it is narrow: without the icon and the maximise button its title
         // still reads "OIF Objects".
-        QMdiSubWindow* sub = area_->addSubWindow(
-            selectobj_, Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint |
-                            Qt::WindowCloseButtonHint);
+        QMdiSubWindow* sub =
+            area_->addSubWindow(selectobj_, Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                                Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
         sub->setAttribute(Qt::WA_DeleteOnClose);
     }
     return selectobj_;
@@ -66,7 +66,8 @@ void FrameViews::showoifform() {
         // at the right edge, over the Perspective preview's right side.
         int previewsRight = 0;
         for (const PixelRect& r : PreviewWindowLayout()) previewsRight = std::max(previewsRight, r.Left + r.Width);
-        const int left = previewsRight + frame->width() <= area_->width() ? previewsRight : area_->width() - frame->width();
+        const int left =
+            previewsRight + frame->width() <= area_->width() ? previewsRight : area_->width() - frame->width();
         frame->move(std::max(0, left), 0);
     }
     frame->show();
@@ -125,8 +126,8 @@ void FrameViews::loadviews() {
         // Frames without a border, side by side as the layout puts them, leave all but one viewer
         // black on the screen: Qt composes the viewers wrongly when frameless siblings touch. No
         // close box: only loadviews brings a preview back.
-        frames[i] = childFrame(w, Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                      Qt::WindowMinMaxButtonsHint);
+        frames[i] =
+            childFrame(w, Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowMinMaxButtonsHint);
         w->Cortona1()->setRenderFlags(flags[i]);
     }
     for (int i = 0; i < PreviewWindowCount; ++i)

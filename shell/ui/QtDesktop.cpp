@@ -28,24 +28,21 @@ class InputDropper : public QObject {
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
         switch (event->type()) {
-            case QEvent::MouseButtonPress:
-            case QEvent::MouseButtonRelease:
-            case QEvent::MouseButtonDblClick:
-            case QEvent::KeyPress:
-            case QEvent::KeyRelease:
-            case QEvent::Shortcut:
-            case QEvent::ShortcutOverride:
-            case QEvent::Wheel:
-            case QEvent::ContextMenu:
-            case QEvent::TouchBegin:
-            case QEvent::Close:
-                return true;
-            default:
-                return false;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::Shortcut:
+        case QEvent::ShortcutOverride:
+        case QEvent::Wheel:
+        case QEvent::ContextMenu:
+        case QEvent::TouchBegin:
+        case QEvent::Close: return true;
+        default: return false;
         }
     }
 };
-
 
 QString FromUtf8(const std::string& text) { return QString::fromStdString(text); }
 
@@ -174,10 +171,9 @@ void QtDesktop::OpenWebPage(const std::string& address) {
 }
 
 const QStringList TextEditors = {
-    QStringLiteral("gnome-text-editor"), QStringLiteral("gedit"),    QStringLiteral("kate"),
-    QStringLiteral("kwrite"),            QStringLiteral("mousepad"), QStringLiteral("xed"),
-    QStringLiteral("pluma"),             QStringLiteral("featherpad"), QStringLiteral("leafpad"),
-    QStringLiteral("geany"),
+    QStringLiteral("gnome-text-editor"), QStringLiteral("gedit"), QStringLiteral("kate"),  QStringLiteral("kwrite"),
+    QStringLiteral("mousepad"),          QStringLiteral("xed"),   QStringLiteral("pluma"), QStringLiteral("featherpad"),
+    QStringLiteral("leafpad"),           QStringLiteral("geany"),
 };
 
 QString FindTextEditor() {

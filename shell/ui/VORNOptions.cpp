@@ -112,7 +112,7 @@ VORNOptions::VORNOptions(QWidget* parent)
                  .check("refreshpreviewbox", "Stadium Preview Auto-Refresh")
                  .check("viewtextures", "Perspective View with Textures")
                  .number("zoomamount", "", "Zoom Amount")
-              .frame()});
+                 .frame()});
 
     cmdApply_ = new QPushButton(QStringLiteral("Apply"), this);
     cmdApply_->setObjectName(QStringLiteral("cmdApply"));
@@ -132,8 +132,10 @@ VORNOptions::VORNOptions(QWidget* parent)
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
-    connect(cmdApply_, &QPushButton::clicked, this, [this] { GuardedRun("Storing the options", [this] { cmdApplyClick(); }); });
-    connect(cmdOK_, &QPushButton::clicked, this, [this] { GuardedRun("Storing the options", [this] { cmdOKClick(); }); });
+    connect(cmdApply_, &QPushButton::clicked, this,
+            [this] { GuardedRun("Storing the options", [this] { cmdApplyClick(); }); });
+    connect(cmdOK_, &QPushButton::clicked, this,
+            [this] { GuardedRun("Storing the options", [this] { cmdOKClick(); }); });
     connect(cmdCancel_, &QPushButton::clicked, this, &VORNOptions::cmdCancelClick);
 
     fill(ReadOptions());
@@ -148,10 +150,8 @@ void VORNOptions::fill(const OptionContents& contents) {
     for (const OptionKey& k : OptionKeys) {
         const QString name = QString::fromLatin1(k.control);
         const std::string& content = contents.at(k.control);
-        if (k.kind == OptionKind::Flag)
-            findChild<QCheckBox*>(name)->setChecked(content == "1");
-        else
-            findChild<QLineEdit*>(name)->setText(QString::fromStdString(content));
+        if (k.kind == OptionKind::Flag) findChild<QCheckBox*>(name)->setChecked(content == "1");
+        else findChild<QLineEdit*>(name)->setText(QString::fromStdString(content));
     }
 }
 
@@ -159,10 +159,8 @@ OptionContents VORNOptions::contents() const {
     OptionContents result;
     for (const OptionKey& k : OptionKeys) {
         const QString name = QString::fromLatin1(k.control);
-        if (k.kind == OptionKind::Flag)
-            result[k.control] = FlagStored(findChild<QCheckBox*>(name)->isChecked());
-        else
-            result[k.control] = findChild<QLineEdit*>(name)->text().toStdString();
+        if (k.kind == OptionKind::Flag) result[k.control] = FlagStored(findChild<QCheckBox*>(name)->isChecked());
+        else result[k.control] = findChild<QLineEdit*>(name)->text().toStdString();
     }
     return result;
 }

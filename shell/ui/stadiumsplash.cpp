@@ -6,8 +6,8 @@
 #include <QTimer>
 
 #include "core/Desktop.h"
-#include "shell/ui/Resources.h"
 #include "shell/Startup.h"
+#include "shell/ui/Resources.h"
 #include "shell/ui/vorn.h"
 
 namespace {
@@ -21,8 +21,7 @@ QLabel* CaptionOver(QWidget* parent, const char* name, const QString& text, int 
 }
 }  // namespace
 
-stadiumsplash::stadiumsplash(QWidget* parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint) {
+stadiumsplash::stadiumsplash(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint) {
     setObjectName(QStringLiteral("stadiumsplash"));
     LoadResources();
     const QPixmap picture(QStringLiteral(":/splash.png"));

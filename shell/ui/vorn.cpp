@@ -15,6 +15,13 @@
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "editors/TextureManagerOps.h"
+#include "editors/ui/texturename.h"
+#include "editors/ui/vornoifform.h"
+#include "editors/ui/vornselectobj.h"
+#include "editors/ui/vorntexture.h"
+#include "exchange/ui/rhinoravconv.h"
+#include "importer/ui/stmap.h"
 #include "shell/CommandOps.h"
 #include "shell/HelpOps.h"
 #include "shell/ImportOps.h"
@@ -28,13 +35,6 @@
 #include "shell/ui/VORNOptions.h"
 #include "shell/ui/vornabout.h"
 #include "shell/ui/vornnewproj.h"
-#include "editors/TextureManagerOps.h"
-#include "editors/ui/texturename.h"
-#include "editors/ui/vornoifform.h"
-#include "editors/ui/vornselectobj.h"
-#include "editors/ui/vorntexture.h"
-#include "exchange/ui/rhinoravconv.h"
-#include "importer/ui/stmap.h"
 #include "wizards/AdboardOps.h"
 #include "wizards/CrowdModule.h"
 #include "wizards/ui/crowdwizard.h"
@@ -57,11 +57,11 @@ std::string CommandName(const char* caption) {
 // The state an entry has when the frame is made.
 enum MenuState : unsigned {
     On = 0,
-    Project = 1,    // disabled until the first project, then enabled for good
-    Disabled = 2,   // disabled for good
+    Project = 1,   // disabled until the first project, then enabled for good
+    Disabled = 2,  // disabled for good
     Hidden = 4,
-    Checked = 8,    // checkable, with its check mark set
-    Submenu = 16,   // the entry opens the menu named "<menu>|<caption>"
+    Checked = 8,   // checkable, with its check mark set
+    Submenu = 16,  // the entry opens the menu named "<menu>|<caption>"
 };
 }  // namespace
 
@@ -300,7 +300,8 @@ void vorn::Toolbar1ButtonClick(const QString& key) {
     else if (key == QLatin1String("Print")) ShowMessage("Add 'Print' button code.", MessageIcon::None);
     else if (key == QLatin1String("Undo")) ShowMessage("Add 'Undo' button code.", MessageIcon::None);
     else if (key == QLatin1String("Redo")) ShowMessage("Add 'Redo' button code.", MessageIcon::None);
-    else if (key == QLatin1String("Help What's This")) ShowMessage("Add 'Help What's This' button code.", MessageIcon::None);
+    else if (key == QLatin1String("Help What's This"))
+        ShowMessage("Add 'Help What's This' button code.", MessageIcon::None);
     // "Camera" and "Find" are accepted and do nothing.
 }
 
@@ -411,7 +412,8 @@ void vorn::editupdate() {
     EditCommandState state;
     try {
         const ControlKind kind = KindOfControl(QApplication::focusWidget());
-        const bool takesText = kind == ControlKind::TextBox || kind == ControlKind::ComboBox || kind == ControlKind::ListBox;
+        const bool takesText =
+            kind == ControlKind::TextBox || kind == ControlKind::ComboBox || kind == ControlKind::ListBox;
         const bool hasText = takesText && !TheDesktop().ClipboardText().empty();
         const bool hasPicture = kind == ControlKind::PictureBox && !TheDesktop().ClipboardImage().empty();
         state = EditUpdate(kind, hasText, hasPicture);

@@ -78,8 +78,9 @@ vornabout::vornabout(QWidget* parent)
 }
 
 void vornabout::sysinfobutClick() {
-    const std::string tool = FindSystemInfoTool(
-        [](const std::string& program) { return !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty(); });
+    const std::string tool = FindSystemInfoTool([](const std::string& program) {
+        return !QStandardPaths::findExecutable(QString::fromStdString(program)).isEmpty();
+    });
     if (!tool.empty()) {
         StartProcess(tool, WindowMode::Normal);
         return;

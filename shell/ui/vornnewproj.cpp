@@ -47,7 +47,8 @@ vornnewproj::vornnewproj(QWidget* parent)
     layout->setSizeConstraint(QLayout::SetFixedSize);
     stadiumbased_->setMinimumWidth(stadiumbased_->sizeHint().width());
 
-    connect(okbut_, &QPushButton::clicked, this, [this] { GuardedRun("Opening the project", [this] { okbutClick(); }); });
+    connect(okbut_, &QPushButton::clicked, this,
+            [this] { GuardedRun("Opening the project", [this] { okbutClick(); }); });
     connect(cancelbut_, &QPushButton::clicked, this, &QDialog::reject);
 }
 

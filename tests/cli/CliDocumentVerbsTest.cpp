@@ -1,8 +1,8 @@
 // End-to-end checks of the verbs that change or draw a document: import, merge, previews, wire.
+#include <sys/stat.h>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
-#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

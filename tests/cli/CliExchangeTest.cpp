@@ -15,10 +15,10 @@ using json = nlohmann::json;
 using namespace chunks3ds;
 
 Bytes3DS Model() {
-    return File({Material("Seats", "rwh0.bmp"),
-                 Object("Stand", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0.5f}, {0, 2, 0.5f}}),
-                                  TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
-                                  Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial("Seats")})})});
+    return File(
+        {Material("Seats", "rwh0.bmp"), Object("Stand", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0.5f}, {0, 2, 0.5f}}),
+                                                         TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
+                                                         Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial("Seats")})})});
 }
 
 // Four points under "Object Type", the word "point" one column to the left.
@@ -82,7 +82,8 @@ TEST_F(cliExchange, pointTablesGiveAQuadPartWithItsWireframeAndAQuadPreview) {
     const std::string text = ReadText(quads);
     // Two lists of one quad each, and the quad one past the points that each index block names.
     std::size_t blocks = 0;
-    for (std::size_t at = text.find("coordIndex"); at != std::string::npos; at = text.find("coordIndex", at + 1)) ++blocks;
+    for (std::size_t at = text.find("coordIndex"); at != std::string::npos; at = text.find("coordIndex", at + 1))
+        ++blocks;
     EXPECT_EQ(blocks, 2u);
     EXPECT_NE(text.find("               4 5 -1"), std::string::npos);
 }

@@ -55,7 +55,9 @@ struct Bitmap {
 Bitmap ReadBmp(const std::string& path) {
     Bitmap b;
     b.bytes = ReadFile(path);
-    auto i32 = [&](std::size_t p) { return static_cast<int>(b.bytes[p] | b.bytes[p + 1] << 8 | b.bytes[p + 2] << 16 | b.bytes[p + 3] << 24); };
+    auto i32 = [&](std::size_t p) {
+        return static_cast<int>(b.bytes[p] | b.bytes[p + 1] << 8 | b.bytes[p + 2] << 16 | b.bytes[p + 3] << 24);
+    };
     b.width = i32(18);
     b.height = i32(22);
     b.bits = b.bytes[28];
@@ -78,8 +80,11 @@ protected:
         return scratch.file("layout.json");
     }
     CliResult Atlas(const std::string& model, const std::string& layout, std::vector<std::string> more = {}) {
-        std::vector<std::string> args = {"atlas", model, "--textures", folder, "--layout", layout, "--bitmap",
-                                         scratch.file("atlas.bmp"), "-o", scratch.file("out.oif")};
+        std::vector<std::string> args = {"atlas",      model,
+                                         "--textures", folder,
+                                         "--layout",   layout,
+                                         "--bitmap",   scratch.file("atlas.bmp"),
+                                         "-o",         scratch.file("out.oif")};
         args.insert(args.end(), more.begin(), more.end());
         return RunCli(args);
     }
@@ -102,9 +107,12 @@ TEST_F(cliImporter, texturesListsEachTextureOnceInMaterialOrderAndNamesAMissingO
     CliResult r = RunCli({"textures", Atlas3DS, "--textures", folder});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(json::parse(r.out), json::parse(R"([
-        {"name": "seats.bmp", "path": ")" + folder + R"(/seats.bmp", "width": 128, "height": 64},
-        {"name": "roof.bmp", "path": ")" + folder + R"(/roof.bmp", "width": 64, "height": 32},
-        {"name": "grass.bmp", "path": ")" + folder + R"(/grass.bmp", "width": 32, "height": 32}])"));
+        {"name": "seats.bmp", "path": ")" + folder +
+                                              R"(/seats.bmp", "width": 128, "height": 64},
+        {"name": "roof.bmp", "path": ")" + folder +
+                                              R"(/roof.bmp", "width": 64, "height": 32},
+        {"name": "grass.bmp", "path": ")" + folder +
+                                              R"(/grass.bmp", "width": 32, "height": 32}])"));
 
     std::remove(scratch.file("roof.bmp").c_str());
     r = RunCli({"textures", Atlas3DS, "--textures", folder + "/"});
@@ -124,9 +132,9 @@ TEST_F(cliImporter, atlasPaintsEachTextureIntoItsRectangleAndPointsThePartsUVsTh
     EXPECT_EQ(bmp.bits, 24);
     // Copied one to one; stretched to twice; black wherever no texture lies.
     const std::pair<std::array<int, 2>, Rgb> samples[] = {
-        {{256, 64}, Red},    {{319, 127}, Red},  {{320, 64}, Blue},   {{383, 127}, Blue}, {{255, 64}, Black},
-        {{384, 64}, Black},  {{256, 128}, Black}, {{0, 0}, Yellow},   {{127, 63}, Yellow}, {{128, 0}, Black},
-        {{0, 64}, Black},    {{0, 480}, Green},   {{31, 511}, Green}, {{32, 511}, Black}, {{511, 511}, Black}};
+        {{256, 64}, Red},   {{319, 127}, Red},   {{320, 64}, Blue},  {{383, 127}, Blue},  {{255, 64}, Black},
+        {{384, 64}, Black}, {{256, 128}, Black}, {{0, 0}, Yellow},   {{127, 63}, Yellow}, {{128, 0}, Black},
+        {{0, 64}, Black},   {{0, 480}, Green},   {{31, 511}, Green}, {{32, 511}, Black},  {{511, 511}, Black}};
     for (const auto& [p, colour] : samples) EXPECT_EQ(bmp.at(p[0], p[1]), colour) << p[0] << "," << p[1];
 
     // Every vertex of the part is a vertex of the model, its UV flipped in V and moved into the
@@ -143,7 +151,8 @@ TEST_F(cliImporter, atlasPaintsEachTextureIntoItsRectangleAndPointsThePartsUVsTh
             const json& p = mesh["vertices"][k];
             const float u = mesh["texVerts"][k][0], v = 1.0f - mesh["texVerts"][k][1].get<float>();
             expected.push_back({p[0].get<float>() * 100, p[2].get<float>() * 100, -p[1].get<float>() * 100,
-                                static_cast<float>((r4[2] * u + r4[0]) / 512), static_cast<float>((r4[3] * v + r4[1]) / 512)});
+                                static_cast<float>((r4[2] * u + r4[0]) / 512),
+                                static_cast<float>((r4[3] * v + r4[1]) / 512)});
         }
     }
     const json parts = Parts();
@@ -169,7 +178,8 @@ TEST_F(cliImporter, aLayoutThatCannotBePaintedWritesNothing) {
                                                       "Not all textures mapped!"}));
     r = Atlas(Atlas3DS, Layout(R"({"wall.bmp": {"left": 0, "top": 0, "width": 1, "height": 1}})"));
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.errLines(), (std::vector<std::string>{"The layout places \"wall.bmp\", which is not a texture of the model."}));
+    EXPECT_EQ(r.errLines(),
+              (std::vector<std::string>{"The layout places \"wall.bmp\", which is not a texture of the model."}));
     r = Atlas(Atlas3DS, Layout(ThreeTextures), {"--sheet", "300x512"});
     EXPECT_EQ(r.status, 2);
     EXPECT_FALSE(std::ifstream(out).good());
@@ -187,9 +197,10 @@ TEST_F(cliImporter, atlasOfRAVTextFixesTheRowsAndGivesEachCornerItsPlaceInTheTex
     WriteFile(scratch.file("rows.txt"), Bytes().raw(rav).data);
     WriteBmp(scratch.file("rowa.bmp"), 64, 32, [](int, int) { return Red; });
     WriteBmp(scratch.file("rowb.bmp"), 64, 32, [](int, int) { return Blue; });
-    const CliResult r = Atlas(scratch.file("rows.txt"), Layout(R"({"rowa.bmp": {"left": 0, "top": 0, "width": 256, "height": 32},
+    const CliResult r =
+        Atlas(scratch.file("rows.txt"), Layout(R"({"rowa.bmp": {"left": 0, "top": 0, "width": 256, "height": 32},
                                                                   "rowb.bmp": {"left": 0, "top": 32, "width": 256, "height": 32}})"),
-                              {"--sheet", "256x512", "--shade", "0", "--texture", "rwh0"});
+              {"--sheet", "256x512", "--shade", "0", "--texture", "rwh0"});
     ASSERT_EQ(r.status, 0) << r.err;
     const Bitmap bmp = ReadBmp(scratch.file("atlas.bmp"));
     EXPECT_EQ(bmp.width, 256);
@@ -205,5 +216,6 @@ TEST_F(cliImporter, atlasOfRAVTextFixesTheRowsAndGivesEachCornerItsPlaceInTheTex
         EXPECT_EQ(v[3], 0x006E6E6E);
         uvs.insert({v[4].get<double>(), v[5].get<double>() * 16});
     }
-    EXPECT_EQ(uvs, (std::multiset<std::array<double, 2>>{{0, 1}, {1, 1}, {1, 0}, {0, 0}, {0, 2}, {1, 2}, {1, 1}, {0, 1}}));
+    EXPECT_EQ(uvs,
+              (std::multiset<std::array<double, 2>>{{0, 1}, {1, 1}, {1, 0}, {0, 0}, {0, 2}, {1, 2}, {1, 1}, {0, 1}}));
 }

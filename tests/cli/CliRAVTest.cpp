@@ -40,7 +40,8 @@ TEST_F(cliRAV, dumpShowsPolygonsWithUnsignedShadowsAndDecodedNames) {
     const json& row = doc["polygons"][1];
     EXPECT_EQ(row["name"], "Trib\u00FCne");
     EXPECT_EQ(row["vertices"][0], json::parse("[200, 0, 0, 4294967295, 1, 0]"));
-    EXPECT_NE(r.out.find("[0.1, 0, -0, 2155905279, 0, 0]"), std::string::npos) << "floats as their shortest single text";
+    EXPECT_NE(r.out.find("[0.1, 0, -0, 2155905279, 0, 0]"), std::string::npos)
+        << "floats as their shortest single text";
     EXPECT_EQ(row["groups"], json::parse(R"([{"name": "rowa", "indices": [0, 1, 2, 3]}])"));
 }
 

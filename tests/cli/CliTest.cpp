@@ -31,7 +31,13 @@ struct HeaderFields {
 };
 
 void Header(Bytes& b, const HeaderFields& h) {
-    b.raw(h.magic).i16(h.version).i16(h.kind).i32(h.fileLength).i32(h.trailerCount).i32(h.trailerSpare).i32(h.partCount);
+    b.raw(h.magic)
+        .i16(h.version)
+        .i16(h.kind)
+        .i32(h.fileLength)
+        .i32(h.trailerCount)
+        .i32(h.trailerSpare)
+        .i32(h.partCount);
 }
 
 // Shows where two byte images first part, which a plain vector comparison does not.
@@ -39,7 +45,8 @@ void ExpectSameBytes(const ByteVector& actual, const ByteVector& expected) {
     const std::size_t common = std::min(actual.size(), expected.size());
     for (std::size_t i = 0; i < common; ++i)
         if (actual[i] != expected[i]) {
-            ADD_FAILURE() << "first difference at byte " << i << ": " << int(actual[i]) << " instead of " << int(expected[i]);
+            ADD_FAILURE() << "first difference at byte " << i << ": " << int(actual[i]) << " instead of "
+                          << int(expected[i]);
             return;
         }
     EXPECT_EQ(actual.size(), expected.size());
@@ -57,7 +64,8 @@ ByteVector TwoPartFile(bool withTrailer) {
     Header(b, {.version = 3, .fileLength = 999, .trailerCount = 2, .trailerSpare = -7, .partCount = 2});
     b.raw(Name28).raw(std::string("ab\0 ", 4)).i32(2).i32(3);
     b.vertex(0.1f, -2.5f, 1e7f, 0xFFFFFFFFu, 1.0f / 3.0f, 1.0f);
-    b.vertex(std::numeric_limits<float>::max(), std::numeric_limits<float>::denorm_min(), -123.456f, 0, 0.5f, 16777216.0f);
+    b.vertex(std::numeric_limits<float>::max(), std::numeric_limits<float>::denorm_min(), -123.456f, 0, 0.5f,
+             16777216.0f);
     b.i16(-1).i16(32767).i16(-32768);
     b.field("Caf\xE9 \x80", 28).raw("    ").i32(1).i32(0);
     b.vertex(1, 2, 3, 0x80000000u, 0, 0);
@@ -108,11 +116,20 @@ TEST_F(cliDump, writesFloatsAsTheShortestTextThatReadsBack) {
         const char* text;  // nullptr: only reading back is checked
     };
     const std::vector<Case> cases = {
-        {0.1f, "0.1"}, {-2.5f, "-2.5"}, {1e7f, "1e+07"}, {1.0f / 3.0f, "0.33333334"}, {16777216.0f, "16777216"},
-        {1.5e-5f, "1.5e-05"}, {-123.456f, "-123.456"}, {std::numeric_limits<float>::max(), "3.4028235e+38"},
-        {std::numeric_limits<float>::denorm_min(), "1e-45"}, {100.0f, nullptr}, {-0.0f, "-0"},
+        {0.1f, "0.1"},
+        {-2.5f, "-2.5"},
+        {1e7f, "1e+07"},
+        {1.0f / 3.0f, "0.33333334"},
+        {16777216.0f, "16777216"},
+        {1.5e-5f, "1.5e-05"},
+        {-123.456f, "-123.456"},
+        {std::numeric_limits<float>::max(), "3.4028235e+38"},
+        {std::numeric_limits<float>::denorm_min(), "1e-45"},
+        {100.0f, nullptr},
+        {-0.0f, "-0"},
         // JSON has no word for these; a number would misstate the file.
-        {std::numeric_limits<float>::infinity(), "null"}, {std::numeric_limits<float>::quiet_NaN(), "null"},
+        {std::numeric_limits<float>::infinity(), "null"},
+        {std::numeric_limits<float>::quiet_NaN(), "null"},
     };
     Bytes b;
     Header(b, {.partCount = 1});
@@ -128,9 +145,7 @@ TEST_F(cliDump, writesFloatsAsTheShortestTextThatReadsBack) {
         if (c.text) {
             EXPECT_NE(r.out.find("[" + std::string(c.text) + ", 0, 0, 0, 0, 0]"), std::string::npos) << c.text;
         }
-        if (std::isfinite(c.value)) {
-            EXPECT_EQ(static_cast<float>(vertices[i][0].get<double>()), c.value) << i;
-        }
+        if (std::isfinite(c.value)) { EXPECT_EQ(static_cast<float>(vertices[i][0].get<double>()), c.value) << i; }
     }
 }
 

@@ -43,8 +43,11 @@ protected:
 TEST_F(cliWizards, crowdsDealsRowsRepeatablyAndFixesTheirHeight) {
     const std::string rav = Put(
         "rows.txt",
-        Bytes().raw("Version=1\r\nNumPoly=1\r\n[P0]\r\nName=\r\nNumVert=4\r\n  0,0,0,0,1,102030\r\n  520,0,0,1,1,102030\r\n"
-                    "  520,100,0,1,0,102030\r\n  0,100,0,0,0,102030\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=0\r\nIndices=\r\n")
+        Bytes()
+            .raw(
+                "Version=1\r\nNumPoly=1\r\n[P0]\r\nName=\r\nNumVert=4\r\n  0,0,0,0,1,102030\r\n  520,0,0,1,1,102030\r\n"
+                "  520,100,0,1,0,102030\r\n  "
+                "0,100,0,0,0,102030\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=0\r\nIndices=\r\n")
             .data);
     const json doc = Run({"crowds", rav, "--fix-height", "260", "--seed", "7", "-o", Out()});
     EXPECT_EQ(Textures(doc), (std::vector<std::string>{"rwa0", "rwa1", "rwa2", "rwa3"}));
@@ -91,7 +94,8 @@ TEST_F(cliWizards, adboardsAndBannersDealMeshesToTheirTextures) {
 }
 
 TEST_F(cliWizards, lightGreysByDistanceAndRefusesADocumentAtTheOrigin) {
-    Run({"crowd-wizard", "--corners", "0,0,0;1000,0,0;1000,0,0;0,0,0", "--rows", "1", "--row-height", "0", "-o", Out()});
+    Run({"crowd-wizard", "--corners", "0,0,0;1000,0,0;1000,0,0;0,0,0", "--rows", "1", "--row-height", "0", "-o",
+         Out()});
     json doc = Run({"light", Out(), "--origin", "150", "-o", scratch.file("lit.oif")});
     std::set<std::uint32_t> greys;
     for (const json& part : doc["parts"])
@@ -101,14 +105,16 @@ TEST_F(cliWizards, lightGreysByDistanceAndRefusesADocumentAtTheOrigin) {
     Run({"crowd-wizard", "--corners", "0,0,0;0,0,0;0,0,0;0,0,0", "--rows", "1", "--row-height", "0", "-o", Out()});
     const CliResult r = RunCli({"light", Out(), "-o", scratch.file("dark.oif")});
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.errLines(), std::vector<std::string>{"All vertices lie at the origin, so there is no distance to light them by."});
+    EXPECT_EQ(r.errLines(),
+              std::vector<std::string>{"All vertices lie at the origin, so there is no distance to light them by."});
     EXPECT_FALSE(std::filesystem::exists(scratch.file("dark.oif")));
 }
 
 TEST_F(cliWizards, transformChangesTheListedPartsOnly) {
     Run({"adboards", Put("two.3ds", QuadMeshes(2)), "-o", Out()});
     const json before = Dump(Out());
-    const json doc = Run({"transform", Out(), "--parts", "1", "--rotate", "0,90,0", "--mirror", "y", "-o", scratch.file("t.oif")});
+    const json doc =
+        Run({"transform", Out(), "--parts", "1", "--rotate", "0,90,0", "--mirror", "y", "-o", scratch.file("t.oif")});
     EXPECT_EQ(doc["parts"][0], before["parts"][0]);
     // (300, 0, 0) turned about Y is (0, 0, -300).
     const json& v = doc["parts"][1]["vertices"][0];

@@ -4,10 +4,10 @@
 
 #include <csignal>
 
-#include <filesystem>
-#include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <filesystem>
+#include <stdexcept>
 
 #include "core/binaryOps.h"
 #include "support/TestFiles.h"
@@ -127,9 +127,7 @@ TEST(WriteBytesFile, FailureLeavesTheOldFileAndSaysWhy) {
     try {
         WriteBytesFile(ByteBuffer{1}, missingFolder);
         FAIL() << "writing into a missing folder must fail";
-    } catch (const std::runtime_error& e) {
-        EXPECT_NE(std::string(e.what()).find("x.oif"), std::string::npos);
-    }
+    } catch (const std::runtime_error& e) { EXPECT_NE(std::string(e.what()).find("x.oif"), std::string::npos); }
     if (::geteuid() == 0) GTEST_SKIP() << "root may write into read-only folders";
     const std::string path = dir.file("locked.oif");
     WriteFile(path, {1, 2, 3});
@@ -145,7 +143,7 @@ TEST(WriteBytesFile, AFullDiskLeavesTheOldFileByteForByte) {
     const std::vector<std::uint8_t> old(1000, 0x5A);
     WriteFile(path, old);
     // A file size limit fails the write half-way, as a full disk does, and works as root too.
-    rlimit before {};
+    rlimit before{};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     rlimit small = before;
     small.rlim_cur = 64 * 1024;
@@ -154,9 +152,7 @@ TEST(WriteBytesFile, AFullDiskLeavesTheOldFileByteForByte) {
     std::string error;
     try {
         WriteBytesFile(ByteBuffer(1 << 20, 1), path);
-    } catch (const std::runtime_error& e) {
-        error = e.what();
-    }
+    } catch (const std::runtime_error& e) { error = e.what(); }
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, previousHandler);
     EXPECT_NE(error.find("The file was not changed."), std::string::npos) << error;

@@ -134,12 +134,9 @@ TEST(PreviewScene, DefaultHasSixViewpointsInBindingOrder) {
         std::int16_t ax, ay, az;
         float angle;
     };
-    const Row rows[] = {{"Top", 0, 30000, 0, -1, 0, 0, -1.57f},
-                        {"Panoramic", -6500, 7000, 10000, -1, -1, 0, -0.74f},
-                        {"Centre", 0, 1000, 0, 0, 0, 0, 0},
-                        {"Elevated", 0, 6000, 6000, -1, 0, 0, -0.74f},
-                        {"Front", 0, 2000, 15000, 0, 0, 0, 0},
-                        {"Right", -15000, 3000, 0, 0, -1, 0, -1.57f}};
+    const Row rows[] = {{"Top", 0, 30000, 0, -1, 0, 0, -1.57f}, {"Panoramic", -6500, 7000, 10000, -1, -1, 0, -0.74f},
+                        {"Centre", 0, 1000, 0, 0, 0, 0, 0},     {"Elevated", 0, 6000, 6000, -1, 0, 0, -0.74f},
+                        {"Front", 0, 2000, 15000, 0, 0, 0, 0},  {"Right", -15000, 3000, 0, 0, -1, 0, -1.57f}};
     for (int i = 0; i < 6; ++i) {
         const PreviewViewpoint& v = s.Viewpoints[static_cast<std::size_t>(i)];
         SCOPED_TRACE(rows[i].name);

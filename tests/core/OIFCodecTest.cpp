@@ -74,12 +74,13 @@ TEST(ParseOIF, TrimsTexturesAndStopsNamesAtTheFirstNul) {
     EXPECT_TRUE(r.doc.Trailer.empty());
     // Written back, the name is trimmed and ends in NUL then blanks.
     const ByteBuffer out = EncodeOIF(r.doc);
-    EXPECT_EQ(std::string(out.begin() + 24 + 2 * 40, out.begin() + 24 + 2 * 40 + 28), std::string("Roof\0", 5) + std::string(23, ' '));
+    EXPECT_EQ(std::string(out.begin() + 24 + 2 * 40, out.begin() + 24 + 2 * 40 + 28),
+              std::string("Roof\0", 5) + std::string(23, ' '));
 }
 
 TEST(EncodeOIF, WritesTheFileFormatByteForByte) {
     OIFFile d = ParseOIF(TwoPartFile(1, "TAIL").data).doc;
-    d.Parts[0].Header.Texture = "ab";  // held as "ab  ": written as letters and two blanks
+    d.Parts[0].Header.Texture = "ab";   // held as "ab  ": written as letters and two blanks
     d.Parts[1].Header.Name = "  xy  ";  // trimmed, then NUL and blanks
     const ByteBuffer out = EncodeOIF(d);
 
@@ -147,7 +148,16 @@ TEST(EncodeOIF, EmptyDocumentsAreTwentyFourBytes) {
 TEST(OIFCodec, KeepsTheBitsOfEveryVertexFieldThroughALoadAndASave) {
     Bytes b = Header(1);
     // A signalling NaN: a float register would quiet it.
-    b.field("p", 28).raw("tp00").i32(1).i32(0).u32(0x7FA00001).f32(-0.0f).f32(1e-30f).u32(0xFFFFFFFFu).f32(0.25f).f32(-7);
+    b.field("p", 28)
+        .raw("tp00")
+        .i32(1)
+        .i32(0)
+        .u32(0x7FA00001)
+        .f32(-0.0f)
+        .f32(1e-30f)
+        .u32(0xFFFFFFFFu)
+        .f32(0.25f)
+        .f32(-7);
     OIFFile doc = ParseOIF(b.data).doc;
     const ByteBuffer out = EncodeOIF(doc);
     EXPECT_EQ(ByteBuffer(out.begin() + 24, out.end()), ByteBuffer(b.data.begin() + 24, b.data.end()));

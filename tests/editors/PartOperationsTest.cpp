@@ -57,7 +57,8 @@ void MergeByTheRule(OIFFile& doc, bool crowdOnly) {
 }  // namespace
 
 TEST(MergeSameTexture, ThreePartsOfOneTextureBecomeOneAtTheFirstPlace) {
-    OIFFile d = Doc({Part("a", "tp00", 4, {0, 1, 2, 3}), Part("b", "tp00", 3, {0, 1, 2}), Part("c", "tp00", 4, {0, 1, 2, 3})});
+    OIFFile d =
+        Doc({Part("a", "tp00", 4, {0, 1, 2, 3}), Part("b", "tp00", 3, {0, 1, 2}), Part("c", "tp00", 4, {0, 1, 2, 3})});
     MergeSameTexture(d, false);
     ASSERT_EQ(d.Header.PartCount, 1);
     ASSERT_EQ(d.Parts.size(), 1u);
@@ -68,8 +69,8 @@ TEST(MergeSameTexture, ThreePartsOfOneTextureBecomeOneAtTheFirstPlace) {
 }
 
 TEST(MergeSameTexture, ComparesTexturesExactlyAndKeepsTheOrderOfTheRest) {
-    OIFFile d = Doc({Part("a", "tp00", 1, {0}), Part("b", "TP00", 1, {0}), Part("c", "cr01", 1, {0}), Part("d", "tp00", 1, {0}),
-                     Part("e", "cr01", 1, {0})});
+    OIFFile d = Doc({Part("a", "tp00", 1, {0}), Part("b", "TP00", 1, {0}), Part("c", "cr01", 1, {0}),
+                     Part("d", "tp00", 1, {0}), Part("e", "cr01", 1, {0})});
     MergeSameTexture(d, false);
     ASSERT_EQ(d.Parts.size(), 3u);
     EXPECT_EQ(Name(d.Parts[0]), "a");
@@ -80,8 +81,8 @@ TEST(MergeSameTexture, ComparesTexturesExactlyAndKeepsTheOrderOfTheRest) {
 }
 
 TEST(MergeSameTexture, CrowdOnlyMergesJustTheRowTextures) {
-    OIFFile d = Doc({Part("p", "tp00", 1, {0}), Part("r1", "rwh0", 1, {0}), Part("q", "tp00", 1, {0}), Part("r2", "rwh0", 1, {0}),
-                     Part("R", "RWh0", 1, {0}), Part("r3", "rwh0", 1, {0})});
+    OIFFile d = Doc({Part("p", "tp00", 1, {0}), Part("r1", "rwh0", 1, {0}), Part("q", "tp00", 1, {0}),
+                     Part("r2", "rwh0", 1, {0}), Part("R", "RWh0", 1, {0}), Part("r3", "rwh0", 1, {0})});
     MergeSameTexture(d, true);
     ASSERT_EQ(d.Parts.size(), 4u);
     EXPECT_EQ(Name(d.Parts[0]), "p");
@@ -110,7 +111,8 @@ TEST(MergeSameTexture, GivesWhatPairwiseMergingGivesOnRandomDocuments) {
         for (int k = 0; k < n; ++k) {
             std::vector<std::int16_t> idx;
             const int v = static_cast<int>(rng() % 5);
-            for (int i = static_cast<int>(rng() % 6); i > 0; --i) idx.push_back(static_cast<std::int16_t>(v ? rng() % v : 0));
+            for (int i = static_cast<int>(rng() % 6); i > 0; --i)
+                idx.push_back(static_cast<std::int16_t>(v ? rng() % v : 0));
             parts.push_back(Part("p" + std::to_string(k), textures[rng() % textures.size()], v, idx));
         }
         for (bool crowdOnly : {false, true}) {

@@ -55,7 +55,8 @@ TEST(FixCrowdPolygon, PutsTheCornersInOrderWithAUSpanOfWidthOverHeightOverFour) 
     EXPECT_EQ(places, (std::vector<std::pair<float, float>>{{520, 0}, {0, 0}, {0, 100}, {520, 100}}));
     const std::array<float, 8> uv = UVs(fixed);
     EXPECT_TRUE(uv == Laid(1.3f) || uv == Turned(1.3f)) << "5.2 wide, 1 high";
-    for (std::uint32_t i = 0; i < 4; ++i) EXPECT_EQ(fixed.vertices[i].Shadow, 0xFF000001 + i) << "colours stay by place";
+    for (std::uint32_t i = 0; i < 4; ++i)
+        EXPECT_EQ(fixed.vertices[i].Shadow, 0xFF000001 + i) << "colours stay by place";
 }
 
 TEST(FixCrowdPolygon, RaisesTheTopToTheHeightInForceAndMeasuresItFromTheLeftCorner) {

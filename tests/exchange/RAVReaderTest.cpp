@@ -20,11 +20,30 @@ std::string Lines(const std::vector<std::string>& lines) {
 // field, a name holding an equals sign, lower-case colour digits, a fractional count, an LF line
 // end among CR LF ones, and lines after the last polygon.
 std::string GoodRAV() {
-    std::string text = Lines({"Version=2", "Polygons=2", "[Polygon 0]", "Name=Stand=North", "Vertices=3",
-                              "  100,-50.5,0,0.25,1,FF", "  1e3,3.4028235e38,3,0,0,abcdef,extra", "7,8,9,1,0,123456",
-                              "Groups=2", "Group=rowa", "Count=4", "List=0,1,2,1", "Group=", "Count=0", "List=",
-                              "[Polygon 1]", "Name=", "Vertices=0", "Groups=1", "Group=adba", "Count=2.5",
-                              "List=2,-1,7", "[tail]", "not looked at"});
+    std::string text = Lines({"Version=2",
+                              "Polygons=2",
+                              "[Polygon 0]",
+                              "Name=Stand=North",
+                              "Vertices=3",
+                              "  100,-50.5,0,0.25,1,FF",
+                              "  1e3,3.4028235e38,3,0,0,abcdef,extra",
+                              "7,8,9,1,0,123456",
+                              "Groups=2",
+                              "Group=rowa",
+                              "Count=4",
+                              "List=0,1,2,1",
+                              "Group=",
+                              "Count=0",
+                              "List=",
+                              "[Polygon 1]",
+                              "Name=",
+                              "Vertices=0",
+                              "Groups=1",
+                              "Group=adba",
+                              "Count=2.5",
+                              "List=2,-1,7",
+                              "[tail]",
+                              "not looked at"});
     text.replace(text.find("Groups=2\r\n") + 8, 2, "\n");
     return text;
 }
@@ -81,8 +100,10 @@ TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {
          "The file ends after line 6, but its counts call for more lines."},
         {head + "Vertices=2\r\n1,2,3,4,5,FF\r\n", "The file ends after line 6, but its counts call for more lines."},
         {head + "Vertices=1\r\n1,2,3,4,5\r\nGroups=0\r\n", "Line 6: a vertex needs six comma-separated values."},
-        {head + "Vertices=1\r\n1,2,3,4,5,1000000\r\nGroups=0\r\n", "Line 6: the colour \"1000000\" is larger than FFFFFF."},
-        {head + "Vertices=1\r\n1e39,2,3,4,5,FF\r\nGroups=0\r\n", "Line 6: 1E+39 is too large for a number of the file."},
+        {head + "Vertices=1\r\n1,2,3,4,5,1000000\r\nGroups=0\r\n",
+         "Line 6: the colour \"1000000\" is larger than FFFFFF."},
+        {head + "Vertices=1\r\n1e39,2,3,4,5,FF\r\nGroups=0\r\n",
+         "Line 6: 1E+39 is too large for a number of the file."},
         {"Version=1\r\nPolygons=32768\r\n", "Line 2: 32768 does not fit in 16 bits."},
         {head + group + "Count=3\r\nList=0,1\r\n", "Line 9: the list holds 2 indices, fewer than its count of 3."},
         {head + group + "Count=1\r\n" + list + "\r\n", "Line 9: an index list holds at most 1000 indices."},
@@ -186,6 +207,7 @@ TEST(ChooseQuadCorners, TakesStrictWinnersAndTheEqualUExceptions) {
     };
     for (const Case& c : cases) {
         const QuadCorners k = ChooseQuadCorners(c.u, c.v);
-        EXPECT_EQ(k, c.corners) << "got " << k.A << k.B << k.C << k.D << " for u " << c.u[0] << c.u[1] << c.u[2] << c.u[3];
+        EXPECT_EQ(k, c.corners) << "got " << k.A << k.B << k.C << k.D << " for u " << c.u[0] << c.u[1] << c.u[2]
+                                << c.u[3];
     }
 }

@@ -13,9 +13,9 @@ using namespace chunks3ds;
 namespace {
 
 Bytes3DS Square(const std::string& name, const std::string& material) {
-    return Object(name, {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0}, {0, 2, 0}}),
-                         TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
-                         Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial(material)})});
+    return Object(name,
+                  {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0}, {0, 2, 0}}), TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
+                   Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial(material)})});
 }
 
 Model3DS Parsed(const Bytes3DS& bytes) {
@@ -78,25 +78,53 @@ TEST(Read3DS, TracesEveryChunkThroughTheOneHook) {
     const Bytes3DS file = Chunk(
         0x4D4D,
         {Chunk(0x0002, {I32(3)}), Chunk(0x0007),
-         Chunk(0x3D3D, {Chunk(0x3D3E, {I32(2)}), Chunk(0x0100),
-                        Chunk(0xAFFF, {Chunk(0xA000, {Text("M")}), Chunk(0xA010),
-                                       Chunk(0xA200, {Chunk(0xA300, {Text("m.bmp")}), Chunk(0xA351)})}),
-                        Chunk(0x4000, {Text("Obj"), Chunk(0x4700),
-                                       Chunk(0x4100, {Vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}),
-                                                      TexVerts({{0, 0}, {1, 0}, {0, 1}}), Chunk(0x4160, {Bytes3DS(48, 0)}),
-                                                      Chunk(0x4165), Chunk(0x4111),
-                                                      Faces({{0, 1, 2}}, {FaceMaterial("M"), Chunk(0x4150), Chunk(0x4190)})})})}),
+         Chunk(0x3D3D,
+               {Chunk(0x3D3E, {I32(2)}), Chunk(0x0100),
+                Chunk(0xAFFF, {Chunk(0xA000, {Text("M")}), Chunk(0xA010),
+                               Chunk(0xA200, {Chunk(0xA300, {Text("m.bmp")}), Chunk(0xA351)})}),
+                Chunk(0x4000,
+                      {Text("Obj"), Chunk(0x4700),
+                       Chunk(0x4100, {Vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}), TexVerts({{0, 0}, {1, 0}, {0, 1}}),
+                                      Chunk(0x4160, {Bytes3DS(48, 0)}), Chunk(0x4165), Chunk(0x4111),
+                                      Faces({{0, 1, 2}}, {FaceMaterial("M"), Chunk(0x4150), Chunk(0x4190)})})})}),
          Chunk(0xB000, {Chunk(0xB00A)})});
     Parsed(file);
     SetLog3DSSink(before);
-    const std::vector<std::string> expected = {
-        "PRIMARY", "--VERSION", "----Version = 3", "--0x7", "--EDIT3DS", "----MESH_VERSION", "------Version = 2",
-        "----0x100", "----MATERIAL", "------MAT_NAME", "--------Name = M", "------0xA010", "------MAT_TEXMAP",
-        "--------MAT_TEXFLNM", "----------Filename = m.bmp", "--------0xA351", "----NAMED_OBJECT", "------Name = Obj",
-        "------0x4700", "------OBJ_MESH", "--------MESH_VERTICES", "----------Loaded 3 vertices", "--------MESH_TEX_VERT",
-        "----------Loaded 3 texture verts", "--------MESH_XFMATRIX", "--------MESH_COLOR_IND (nl)", "--------0x4111",
-        "--------MESH_FACES", "----------Loaded 1 faces", "----------MESH_MATER", "------------Name = M",
-        "----------MESH_SMOOTH (nl)", "----------0x4190", "--KEYF3DS", "----0xB00A"};
+    const std::vector<std::string> expected = {"PRIMARY",
+                                               "--VERSION",
+                                               "----Version = 3",
+                                               "--0x7",
+                                               "--EDIT3DS",
+                                               "----MESH_VERSION",
+                                               "------Version = 2",
+                                               "----0x100",
+                                               "----MATERIAL",
+                                               "------MAT_NAME",
+                                               "--------Name = M",
+                                               "------0xA010",
+                                               "------MAT_TEXMAP",
+                                               "--------MAT_TEXFLNM",
+                                               "----------Filename = m.bmp",
+                                               "--------0xA351",
+                                               "----NAMED_OBJECT",
+                                               "------Name = Obj",
+                                               "------0x4700",
+                                               "------OBJ_MESH",
+                                               "--------MESH_VERTICES",
+                                               "----------Loaded 3 vertices",
+                                               "--------MESH_TEX_VERT",
+                                               "----------Loaded 3 texture verts",
+                                               "--------MESH_XFMATRIX",
+                                               "--------MESH_COLOR_IND (nl)",
+                                               "--------0x4111",
+                                               "--------MESH_FACES",
+                                               "----------Loaded 1 faces",
+                                               "----------MESH_MATER",
+                                               "------------Name = M",
+                                               "----------MESH_SMOOTH (nl)",
+                                               "----------0x4190",
+                                               "--KEYF3DS",
+                                               "----0xB00A"};
     EXPECT_EQ(trace, expected);
 }
 
@@ -173,7 +201,8 @@ TEST(Read3DS, NoPrefixOrBitFlipOfAGoodFileReadsOutsideIt) {
     std::mt19937 random(7);
     for (int round = 0; round < 3000; ++round) {
         Bytes3DS bent = good;
-        for (int flips = 0; flips < 3; ++flips) bent[random() % bent.size()] ^= static_cast<std::uint8_t>(1u << (random() % 8));
+        for (int flips = 0; flips < 3; ++flips)
+            bent[random() % bent.size()] ^= static_cast<std::uint8_t>(1u << (random() % 8));
         const Parse3DS p = Parse3DSBytes(bent);
         for (const Mesh3DS& m : p.model.meshes)
             for (const Face3DS& f : m.faces) ASSERT_LT(std::max({f.a, f.b, f.c}), m.vertexCount);
@@ -181,9 +210,9 @@ TEST(Read3DS, NoPrefixOrBitFlipOfAGoodFileReadsOutsideIt) {
 }
 
 TEST(Make3DSPart, TurnsTheAxesShadesStripsAndNamesThePart) {
-    const Model3DS m = Parsed(File({Square("A", "M"),
-                                    Object("B", {Vertices({{0, 0, 0}, {4, 0, 0}, {0, 0, 3}}), TexVerts({{0.5f, 0.25f}, {1, 0}, {0, 1}}),
-                                                 Faces({{0, 1, 2}})})}));
+    const Model3DS m =
+        Parsed(File({Square("A", "M"), Object("B", {Vertices({{0, 0, 0}, {4, 0, 0}, {0, 0, 3}}),
+                                                    TexVerts({{0.5f, 0.25f}, {1, 0}, {0, 1}}), Faces({{0, 1, 2}})})}));
     const Part3DS made = Make3DSPartFrom(m, {}, 7);
     ASSERT_EQ(made.error, "");
     const OIFPart& p = made.part;
@@ -213,7 +242,8 @@ TEST(Make3DSPart, TurnsTheAxesShadesStripsAndNamesThePart) {
 }
 
 TEST(Make3DSPart, RefusesModelsItCannotMakeAPartOf) {
-    const Model3DS noUVs = Parsed(File({Object("Bare", {Vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}), Faces({{0, 1, 2}})})}));
+    const Model3DS noUVs =
+        Parsed(File({Object("Bare", {Vertices({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}), Faces({{0, 1, 2}})})}));
     const Part3DS made = Make3DSPartFrom(noUVs, {}, 0);
     EXPECT_NE(made.error.find("\"Bare\" has 3 vertices but only 0 texture coordinates"), std::string::npos);
     EXPECT_EQ(made.part, OIFPart{});
@@ -287,9 +317,10 @@ TEST(Make3DSPart, FastMethodGivesThePartOfThePairwiseRule) {
             Mesh3DS mesh;
             const int n = 20 + static_cast<int>(random() % 300);
             for (int i = 0; i < n; ++i) {
-                Vertex3DS p{std::round(coordinate(random)) * scale, std::round(coordinate(random)) / 4, coordinate(random) * scale};
+                Vertex3DS p{std::round(coordinate(random)) * scale, std::round(coordinate(random)) / 4,
+                            coordinate(random) * scale};
                 if (i > 0 && random() % 3 == 0) p = mesh.vertices[random() % i];  // exact duplicate
-                if (i > 0 && random() % 4 == 0) {                                  // near one
+                if (i > 0 && random() % 4 == 0) {                                 // near one
                     p = mesh.vertices[random() % i];
                     p.x += jitter(random);
                     p.z -= jitter(random) / 2;
@@ -298,7 +329,8 @@ TEST(Make3DSPart, FastMethodGivesThePartOfThePairwiseRule) {
                 mesh.texVerts.push_back({static_cast<float>(random() % 2), random() % 5 == 0 ? -0.0f : 0.0f});
             }
             for (int f = 0; f < n; ++f)
-                mesh.faces.push_back({static_cast<std::uint16_t>(random() % n), static_cast<std::uint16_t>(random() % n),
+                mesh.faces.push_back({static_cast<std::uint16_t>(random() % n),
+                                      static_cast<std::uint16_t>(random() % n),
                                       static_cast<std::uint16_t>(random() % n), 0});
             mesh.vertexCount = mesh.texVertCount = n;
             mesh.faceCount = n;

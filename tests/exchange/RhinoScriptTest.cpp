@@ -38,8 +38,9 @@ std::string Export(const std::vector<Row>& rows) {
     return t;
 }
 
-const char* const LayerLines = "setactiveviewport top\r\n-Layer\r\nNew rwh0\r\nNew rwh1\r\nNew rwh2\r\nNew rwh3\r\n"
-                               "New rwa0\r\nNew rwa1\r\nNew rwa2\r\nNew rwa3\r\nenter\r\n";
+const char* const LayerLines =
+    "setactiveviewport top\r\n-Layer\r\nNew rwh0\r\nNew rwh1\r\nNew rwh2\r\nNew rwh3\r\n"
+    "New rwa0\r\nNew rwa1\r\nNew rwa2\r\nNew rwa3\r\nenter\r\n";
 
 std::vector<std::string> LinesStartingWith(const std::string& script, const std::string& start) {
     std::vector<std::string> found;
@@ -56,9 +57,7 @@ std::string Script(const std::vector<Row>& rows, const std::string& texturePath 
 
 }  // namespace
 
-TEST(RhinoScript, CountOfOneGivesTheLayersAndShowOnly) {
-    EXPECT_EQ(Script({}), std::string(LayerLines) + "show\r\n");
-}
+TEST(RhinoScript, CountOfOneGivesTheLayersAndShowOnly) { EXPECT_EQ(Script({}), std::string(LayerLines) + "show\r\n"); }
 
 TEST(RhinoScript, WritesEachRowAsANamedTexturedHiddenFace) {
     Row first = Standard("rowa");

@@ -112,8 +112,8 @@ TEST(ImporterDrag, SnapsToOtherMappedTexturesInListOrderTheLastHitStanding) {
 
 TEST(ImporterHandles, SitOutsideTheBoxAndResizeWithoutGoingBelowZero) {
     const auto places = HandlePlaces(Box(100, 50, 41, 20), 6);
-    const std::array<HandlePlace, 8> expected{{{94, 44}, {118, 44}, {141, 44}, {94, 57}, {141, 57}, {94, 70},
-                                               {118, 70}, {141, 70}}};
+    const std::array<HandlePlace, 8> expected{
+        {{94, 44}, {118, 44}, {141, 44}, {94, 57}, {141, 57}, {94, 70}, {118, 70}, {141, 70}}};
     EXPECT_EQ(places, expected) << "(41 - 6) / 2 is 17.5 and rounds to 18";
 
     TextureBox box = Box(100, 50, 40, 20);
@@ -149,13 +149,16 @@ TEST(ImporterLayoutFile, PlacesNamedTexturesAndRefusesWhatItCannotPlace) {
     EXPECT_EQ(boxes, (std::vector<TextureBox>{Box(9, 9, 9, 9, false), Box(0, 2, 128, 64), Box(-4, 0, 0, 1, false)}));
 
     textures.pop_back();
-    EXPECT_EQ(ApplyLayout(layout, textures, boxes), "The layout places \"Tribüne.bmp\", which is not a texture of the model.");
+    EXPECT_EQ(ApplyLayout(layout, textures, boxes),
+              "The layout places \"Tribüne.bmp\", which is not a texture of the model.");
     const std::pair<const char*, const char*> refused[] = {
         {"[1]", "The layout is not a JSON object of texture names."},
         {R"({"a": {"left": 0, "top": 0, "width": 1}})", "The layout gives no \"height\" of \"a\"."},
-        {R"({"a": {"left": "0", "top": 0, "width": 1, "height": 1}})", "The layout's \"left\" of \"a\" is not a number."},
+        {R"({"a": {"left": "0", "top": 0, "width": 1, "height": 1}})",
+         "The layout's \"left\" of \"a\" is not a number."},
         {R"({"a": {"left": 0, "top": 0, "width": -1, "height": 1}})", "The layout's \"width\" of \"a\" is below zero."},
-        {R"({"a": {"left": 1e7, "top": 0, "width": 1, "height": 1}})", "The layout's \"left\" of \"a\" is out of range."},
+        {R"({"a": {"left": 1e7, "top": 0, "width": 1, "height": 1}})",
+         "The layout's \"left\" of \"a\" is out of range."},
         {R"({"a": {"left": 0, "top": 0, "width": 1, "height": 1, "wdth": 1}})",
          "The layout's entry \"a\" has an unknown key \"wdth\"."},
     };

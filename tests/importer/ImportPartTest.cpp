@@ -87,8 +87,8 @@ TEST(ImporterWorkMesh, RAVPolygonsSitOneSlotLowAndPolygonZeroTakesTheLastSlots) 
     const std::vector<OIFVertex>& v = made.mesh.WorkVertices;
     ASSERT_EQ(v.size(), 16u);
     EXPECT_EQ(made.mesh.WorkIndices, (std::vector<std::int16_t>{12, 13, 14, 12, 14, 15, 0, 1, 2, 0, 2, 3, 8, 9, 10,
-                                                                8, 10, 11, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(v[0].X, 100.0f);  // polygon 1
+                                                                8,  10, 11, 0,  0,  0,  0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(v[0].X, 100.0f);     // polygon 1
     EXPECT_EQ(v[4], OIFVertex{});  // polygon 2 has two groups: its slot stays zero
     EXPECT_EQ(v[8].X, 300.0f);
     EXPECT_EQ(v[12].X, 0.0f);
@@ -106,13 +106,14 @@ TEST(ImporterWorkMesh, RAVPolygonsSitOneSlotLowAndPolygonZeroTakesTheLastSlots) 
     rav.polygons = {Row(0, 0), Row(100, 0, 1, 3), Row(200, 0), Row(300, 0)};
     const ImportMeshResult tight = WorkRAVMesh(rav, textures, Plain(), {512, 512});
     ASSERT_EQ(tight.mesh.WorkVertices.size(), 15u);
-    EXPECT_EQ(tight.mesh.WorkIndices, (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 8, 9, 10, 8, 10, 11,
-                                                                 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(tight.mesh.WorkIndices,
+              (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 8, 9, 10, 8, 10, 11, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_EQ(tight.mesh.WorkVertices[4].X, 200.0f);
     rav.polygons[0] = RAVPolygon{};
     const ImportMeshResult shorter = WorkRAVMesh(rav, textures, Plain(), {512, 512});
     ASSERT_EQ(shorter.mesh.WorkVertices.size(), 11u);
-    EXPECT_EQ(shorter.mesh.WorkIndices, (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(shorter.mesh.WorkIndices,
+              (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(ImporterPart, TakesFourCharactersOfTheTextureNameBlankPadded) {
@@ -179,8 +180,8 @@ ImportMesh RandomModel(std::mt19937& random, std::size_t vertices) {
             if (pick(random) < 5) v.X += static_cast<float>(jitter(random)) * 7.5f;
         } else {
             v = Place(static_cast<float>(cell(random)) * 30.0f, static_cast<float>(cell(random)) * 30.0f,
-                      pick(random) == 0 ? -0.0f : static_cast<float>(cell(random)) * 30.0f, static_cast<float>(uv(random)) / 3,
-                      static_cast<float>(uv(random)) / 3);
+                      pick(random) == 0 ? -0.0f : static_cast<float>(cell(random)) * 30.0f,
+                      static_cast<float>(uv(random)) / 3, static_cast<float>(uv(random)) / 3);
         }
         m.WorkVertices.push_back(v);
     }

@@ -59,7 +59,8 @@ TEST_F(ImporterTextures, AMissingFileIsAskedForAndCancellingEndsTheLoad) {
     Model3DS m = Materials({{"a", "roof.bmp"}, {"b", "seats.bmp"}});
     desktop.dialogAnswers = {folder.file("elsewhere.png"), ""};
     EXPECT_FALSE(Build3DSTextures(m, textures, path, read));
-    EXPECT_EQ(desktop.dialogTitles, (std::vector<std::string>{"Select file for roof.bmp", "Select file for seats.bmp"}));
+    EXPECT_EQ(desktop.dialogTitles,
+              (std::vector<std::string>{"Select file for roof.bmp", "Select file for seats.bmp"}));
     ASSERT_EQ(textures.size(), 1u);
     EXPECT_EQ(textures[0].Name, "roof.bmp");
     EXPECT_EQ(textures[0].Path, folder.file("elsewhere.png"));

@@ -178,6 +178,6 @@ TEST(Layout, ShowvrmlScalesTheWindowWithTheScreen) {
     EXPECT_EQ(StadiumPreviewPlacement(1024, 768, 1024), (PixelRect{565, 0, 459, 459}));
     EXPECT_EQ(StadiumPreviewPlacement(2048, 768, 1000), (PixelRect{82, 0, 918, 459}));
     EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Left, 0) << "never left of the main window";
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Width, 574);  // 8606.25 twips
+    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Width, 574);   // 8606.25 twips
     EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Height, 612);  // 9180 twips
 }

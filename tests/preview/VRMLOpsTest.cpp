@@ -33,39 +33,41 @@ PreviewScene OneViewpointScene() {
     return AddViewpoint("Top", 0, 30000, 0, -1, 0, 0, -1.57f, s);
 }
 
-const std::string Head = Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", "", "Transform {", "   rotation ",
-                                "0 0 0 0", "   children ["});
+const std::string Head = Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", "", "Transform {",
+                                "   rotation ", "0 0 0 0", "   children ["});
 const std::string TopViewpoint =
     Lines({"Viewpoint {", "   position 0 30000 0", "   orientation 1 0 0 -1.57", "   description \"Top\"", "}", ""});
 
-const std::string ShapeHead = Lines({"", "      Shape {", "         appearance Appearance {", "            material Material {",
-                                     "               emissiveColor 0 0 1", "            }", "         }",
-                                     "         geometry IndexedLineSet {", "            coord Coordinate {", "               point ["});
+const std::string ShapeHead =
+    Lines({"", "      Shape {", "         appearance Appearance {", "            material Material {",
+           "               emissiveColor 0 0 1", "            }", "         }", "         geometry IndexedLineSet {",
+           "            coord Coordinate {", "               point ["});
 const std::string ShapeTail = Lines({"            ]", "         }", "      }"});
 
 }  // namespace
 
 TEST(ViewpointText, IsTheBlockWithAnEmptyLineBehind) {
     EXPECT_EQ(ViewpointText(DefaultPreviewScene().Viewpoints[1]),
-              Lines({"Viewpoint {", "   position -6500 7000 10000", "   orientation 1 1 0 -0.74", "   description \"Panoramic\"", "}", ""}));
+              Lines({"Viewpoint {", "   position -6500 7000 10000", "   orientation 1 1 0 -0.74",
+                     "   description \"Panoramic\"", "}", ""}));
 }
 
 TEST(WirePreview, WritesShownPartsAsLinesOfTheirTriangles) {
-    const OIFPart quad = Part("tp00", {{0, 0, 0, 0, 0, 0}, {1.5f, 0, 0, 0, 0, 0}, {0, 2, 0, 0, 0, 0}, {1, 1, 10000000, 0, 0, 0}},
-                             {0, 1, 2, 3, 3, 0, 1, 2});
+    const OIFPart quad =
+        Part("tp00", {{0, 0, 0, 0, 0, 0}, {1.5f, 0, 0, 0, 0, 0}, {0, 2, 0, 0, 0, 0}, {1, 1, 10000000, 0, 0, 0}},
+             {0, 1, 2, 3, 3, 0, 1, 2});
     const OIFPart hidden = Part("tp01", {{9, 9, 9, 0, 0, 0}}, {});
     PreviewSelection sel;
     sel.shown = {true, false};
     const std::string text = WirePreviewText({quad, hidden}, OneViewpointScene(), sel);
     const std::string want =
         Head + ShapeHead +
-        Lines({"                  0 0 0,", "                  1.5 0 0,", "                  0 2 0,", "                  1 1 1E+07",
-               "               ]", "            }", "            coordIndex [",
+        Lines({"                  0 0 0,", "                  1.5 0 0,", "                  0 2 0,",
+               "                  1 1 1E+07", "               ]", "            }", "            coordIndex [",
                // 0 1 2 and 1 2 3 are triangles; 2 3 3, 3 3 0 are stitches; 3 0 1 and 0 1 2 again.
-               "               0 1 -1", "               1 2 -1", "               0 2 -1",
-               "               1 2 -1", "               2 3 -1", "               1 3 -1",
-               "               3 0 -1", "               0 1 -1", "               3 1 -1",
-               "               0 1 -1", "               1 2 -1", "               0 2 -1"}) +
+               "               0 1 -1", "               1 2 -1", "               0 2 -1", "               1 2 -1",
+               "               2 3 -1", "               1 3 -1", "               3 0 -1", "               0 1 -1",
+               "               3 1 -1", "               0 1 -1", "               1 2 -1", "               0 2 -1"}) +
         ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n" + "\r\n";
     EXPECT_EQ(text, want);
 }
@@ -78,7 +80,8 @@ TEST(WirePreview, SmallPartsAndEmptySelectionsStillMakeValidFiles) {
               std::string::npos);
     PreviewSelection none;
     none.shown = {false};
-    EXPECT_EQ(WirePreviewText({one}, OneViewpointScene(), none), Head + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n");
+    EXPECT_EQ(WirePreviewText({one}, OneViewpointScene(), none),
+              Head + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n");
 }
 
 TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
@@ -87,10 +90,29 @@ TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
     sel.part = 0;
     sel.vertex = 1;
     const std::string text = WirePreviewText({p}, DefaultPreviewScene(), sel);
-    const std::string marker =
-        Lines({"   ]", "}", "", "Transform {", "   translation 4 5 6", "   children [", "      Shape {", "         geometry Sphere {",
-               "            radius 1", "         }", "      }", "   ]", "}", "", "Viewpoint {", "   position 4 5 106",
-               "   orientation 0 0 0 0", "   description \"Vertex\"", "}", "", "", "", "Viewpoint {"});
+    const std::string marker = Lines({"   ]",
+                                      "}",
+                                      "",
+                                      "Transform {",
+                                      "   translation 4 5 6",
+                                      "   children [",
+                                      "      Shape {",
+                                      "         geometry Sphere {",
+                                      "            radius 1",
+                                      "         }",
+                                      "      }",
+                                      "   ]",
+                                      "}",
+                                      "",
+                                      "Viewpoint {",
+                                      "   position 4 5 106",
+                                      "   orientation 0 0 0 0",
+                                      "   description \"Vertex\"",
+                                      "}",
+                                      "",
+                                      "",
+                                      "",
+                                      "Viewpoint {"});
     EXPECT_NE(text.find(marker), std::string::npos);
     EXPECT_LT(text.find("\"Vertex\""), text.find("\"Top\""));
     // A part row without a vertex row marks nothing; neither does a vertex that is not there.
@@ -108,10 +130,10 @@ TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
     const std::string text = QuadPreviewText({poly}, OneViewpointScene());
     const std::string want =
         Head + ShapeHead +
-        Lines({"                  0 0 0,", "                  1 0 0,", "                  2 0 0,", "                  3 0 0",
-               "               ]", "            }", "            coordIndex [", "               0 1 -1", "               1 2 -1",
-               "               2 3 -1", "               0 3 -1", "               4 5 -1", "               5 6 -1",
-               "               6 7 -1", "               4 7 -1"}) +
+        Lines({"                  0 0 0,", "                  1 0 0,", "                  2 0 0,",
+               "                  3 0 0", "               ]", "            }", "            coordIndex [",
+               "               0 1 -1", "               1 2 -1", "               2 3 -1", "               0 3 -1",
+               "               4 5 -1", "               5 6 -1", "               6 7 -1", "               4 7 -1"}) +
         ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n";
     EXPECT_EQ(text, want);
 }
@@ -122,24 +144,53 @@ TEST(TexturedPreview, ViewHeaderCountsAllPartsAndNestsThreeTurns) {
     doc = AddPart(Part("tp01", {}, {}), doc);
     const PreviewViewpoint top = StartPreviewViews()[0];
     EXPECT_EQ(ViewHeaderText(doc, top),
-              Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", std::string(41, '#'), "", "## Number of parts = 2", ""}) +
-                  Lines({"Viewpoint {", "   position 0 0 30000", "   orientation 0 0 0 0", "   description \"Top\"", "}", ""}) +
+              Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", std::string(41, '#'), "",
+                     "## Number of parts = 2", ""}) +
+                  Lines({"Viewpoint {", "   position 0 0 30000", "   orientation 0 0 0 0", "   description \"Top\"",
+                         "}", ""}) +
                   Lines({"Transform {", "   rotation 0 0 1 0", "   children [", "Transform {", "   rotation 1 0 0 1.57",
                          "   children [", "Transform {", "   rotation 0 1 0 0", "   children ["}));
 }
 
 TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
     const OIFPart p = Part("ab", {{0, 0, 0, 0, 0.5f, 0.25f}, {1, 0, 0, 0, 1, 0}, {0, 1, 0, 0, 0, 1}}, {0, 1, 2, 2});
-    const std::string want =
-        Lines({"## Part Number = 3", "## Number of Vertices = 3", "## Number of Indices = 4", "", "      Shape {",
-               "         appearance Appearance {", "            texture ImageTexture {", "               url \"ab  .png\"",
-               "            }", "         }", "         geometry IndexedFaceSet {", "            coord Coordinate {",
-               "               point [", "                  0 0 0,", "                  1 0 0,", "                  0 1 0",
-               "               ]", "            }", "            coordIndex [", "               0 1 2 -1",
-               "              ## Not a triangle ##", "            ]", "            texCoord TextureCoordinate {",
-               "               point [", "                  0.5 -0.25,", "                  1 0,", "                  0 -1",
-               "               ]", "            }", "            texCoordIndex [", "               0 1 2 -1",
-               "              ## Not a triangle ##", "            ]", "         solid FALSE", "         }", "      }", ""});
+    const std::string want = Lines({"## Part Number = 3",
+                                    "## Number of Vertices = 3",
+                                    "## Number of Indices = 4",
+                                    "",
+                                    "      Shape {",
+                                    "         appearance Appearance {",
+                                    "            texture ImageTexture {",
+                                    "               url \"ab  .png\"",
+                                    "            }",
+                                    "         }",
+                                    "         geometry IndexedFaceSet {",
+                                    "            coord Coordinate {",
+                                    "               point [",
+                                    "                  0 0 0,",
+                                    "                  1 0 0,",
+                                    "                  0 1 0",
+                                    "               ]",
+                                    "            }",
+                                    "            coordIndex [",
+                                    "               0 1 2 -1",
+                                    "              ## Not a triangle ##",
+                                    "            ]",
+                                    "            texCoord TextureCoordinate {",
+                                    "               point [",
+                                    "                  0.5 -0.25,",
+                                    "                  1 0,",
+                                    "                  0 -1",
+                                    "               ]",
+                                    "            }",
+                                    "            texCoordIndex [",
+                                    "               0 1 2 -1",
+                                    "              ## Not a triangle ##",
+                                    "            ]",
+                                    "         solid FALSE",
+                                    "         }",
+                                    "      }",
+                                    ""});
     EXPECT_EQ(PartFileText(p, 3), want);
 }
 
@@ -260,7 +311,8 @@ TEST_F(PreviewFiles, OnlyThePerspectiveWindowIsTexturedAndOnlyByAOne) {
     const std::array<int, 4> untextured{RenderUntextured, RenderUntextured, RenderUntextured, RenderUntextured};
     EXPECT_EQ(PreviewRenderFlags(), untextured) << "no key";
     WriteConfig("Previews", "PerspectiveTex", "1");
-    EXPECT_EQ(PreviewRenderFlags(), (std::array<int, 4>{RenderUntextured, RenderUntextured, RenderUntextured, RenderTextured}));
+    EXPECT_EQ(PreviewRenderFlags(),
+              (std::array<int, 4>{RenderUntextured, RenderUntextured, RenderUntextured, RenderTextured}));
     WriteConfig("Previews", "PerspectiveTex", "0");
     EXPECT_EQ(PreviewRenderFlags(), untextured);
     WriteConfig("Previews", "PerspectiveTex", "01");

@@ -40,15 +40,15 @@ TEST(ShippedHelpBook, EveryLinkReachesAPageAndItsAnchorAndEveryPageIsInTheConten
             if (!(*it)[3].matched) continue;
             const std::string& page = pages[target];
             bool found = false;
-            for (auto m = std::sregex_iterator(page.begin(), page.end(), id); m != std::sregex_iterator() && !found; ++m)
+            for (auto m = std::sregex_iterator(page.begin(), page.end(), id); m != std::sregex_iterator() && !found;
+                 ++m)
                 found = (*m)[1].str() == (*it)[3].str();
-            EXPECT_TRUE(found) << name << " links to " << target << "#" << (*it)[3].str() << ", which has no such place";
+            EXPECT_TRUE(found) << name << " links to " << target << "#" << (*it)[3].str()
+                               << ", which has no such place";
         }
     }
     for (const auto& [name, text] : pages)
-        if (name != "index.html") {
-            EXPECT_TRUE(reachedFromContents.count(name)) << name << " is not in the contents";
-        }
+        if (name != "index.html") { EXPECT_TRUE(reachedFromContents.count(name)) << name << " is not in the contents"; }
 
     // The side list that nav.js puts on every page names each page once, and only pages.
     const std::string nav = ReadText(book / "nav.js");

@@ -3,9 +3,9 @@
 // sample that no longer loads, or whose crowds float off their steps, fails here.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
-#include <cmath>
 #include <optional>
 #include <set>
 
@@ -26,8 +26,11 @@ const std::string kSamples = TM_SAMPLES;
 std::optional<PictureSize> PngSize(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     unsigned char header[24] = {};
-    if (!in.read(reinterpret_cast<char*>(header), sizeof header) || header[1] != 'P' || header[2] != 'N') return std::nullopt;
-    auto big = [&](int at) { return (header[at] << 24) | (header[at + 1] << 16) | (header[at + 2] << 8) | header[at + 3]; };
+    if (!in.read(reinterpret_cast<char*>(header), sizeof header) || header[1] != 'P' || header[2] != 'N')
+        return std::nullopt;
+    auto big = [&](int at) {
+        return (header[at] << 24) | (header[at + 1] << 16) | (header[at + 2] << 8) | header[at + 3];
+    };
     return PictureSize{big(16), big(20)};
 }
 

@@ -43,8 +43,9 @@ TEST(FindResourceFolder, AnInstallBesideTheProgramsFolderElseTheSourceTree) {
 TEST_F(HelpBook, PagesOpenInTheBrowserAsFileAddresses) {
     OpenHelpPage(HelpContentsPage);
     OpenHelpPage("crowdwizard.html");
-    EXPECT_EQ(desktop.pages, (std::vector<std::string>{"file://" + dir.file("share/terramason/help/index.html"),
-                                                       "file://" + dir.file("share/terramason/help/crowdwizard.html")}));
+    EXPECT_EQ(desktop.pages,
+              (std::vector<std::string>{"file://" + dir.file("share/terramason/help/index.html"),
+                                        "file://" + dir.file("share/terramason/help/crowdwizard.html")}));
 }
 
 TEST_F(HelpBook, AddressesAreAbsoluteAndEncoded) {
@@ -63,8 +64,8 @@ TEST_F(HelpBook, TheReadmeOpensInTheTextEditor) {
 }
 
 TEST_F(HelpBook, WebPagesHaveDefaultAddresses) {
-    for (WebPage page : {WebPage::TechnicalSupport, WebPage::OnlineHelp, WebPage::MakersSite, WebPage::Forums,
-                         WebPage::ToolsSite}) {
+    for (WebPage page :
+         {WebPage::TechnicalSupport, WebPage::OnlineHelp, WebPage::MakersSite, WebPage::Forums, WebPage::ToolsSite}) {
         EXPECT_EQ(WebPageAddress(page), DefaultWebAddress(page));
         EXPECT_EQ(WebPageAddress(page).rfind("https://", 0), 0u) << WebPageKey(page);
     }

@@ -97,8 +97,8 @@ TEST_F(Importing, OFilesGoThroughTheConverterAndTheHandOverFileIsRemoved) {
 
 TEST_F(Importing, A3DSModelBecomesOneNewPartAndADamagedOneChangesNothing) {
     using namespace chunks3ds;
-    const Bytes3DS model = File({Object("Roof", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}), TexVerts({{0, 0}, {1, 0}, {1, 1}}),
-                                                 Faces({{0, 1, 2}})})});
+    const Bytes3DS model = File({Object("Roof", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}}),
+                                                 TexVerts({{0, 0}, {1, 0}, {1, 1}}), Faces({{0, 1, 2}})})});
     WriteFile(m.dir.file("roof.3DS"), model);
     m.desktop.dialogAnswers = {m.dir.file("roof.3DS")};
     importfile();

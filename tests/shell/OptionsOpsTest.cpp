@@ -44,7 +44,8 @@ TEST(OptionsKeyTable, ControlsAreUniqueAndApplyStoresEachOnce) {
 
 TEST(OptionsTexts, OnlyTheTextOneTicksABox) {
     EXPECT_TRUE(FlagShown("1"));
-    for (const char* v : {"1 ", " 1", "01", "", "0", "true", "-1", "1.0"}) EXPECT_FALSE(FlagShown(v)) << '"' << v << '"';
+    for (const char* v : {"1 ", " 1", "01", "", "0", "true", "-1", "1.0"})
+        EXPECT_FALSE(FlagShown(v)) << '"' << v << '"';
     EXPECT_EQ(FlagStored(true), "1");
     EXPECT_EQ(FlagStored(false), "0");
 }
@@ -97,22 +98,16 @@ TEST_F(OptionsConfig, ApplyStoresInItsOrderWithTheViewerChangeBetween) {
     c["refreshpreviewbox"] = "0";
     c["crowdspacing"] = "150.00";
     c["noofrows"] = "9abc";
-    ApplyOptions(c, [&] { steps.push_back("viewer"); }, record);
+    ApplyOptions(
+        c, [&] { steps.push_back("viewer"); }, record);
     const std::vector<std::string> expected{
-        "Terramason/Previews=1",
-        "Terramason/PreviewRefresh=0",
-        "Previews/PerspectiveTex=1",
-        "viewer",
-        "Terramason/OIFEditor=1",
-        "Stadium Importer/AutoClose=1",
-        "Import/CrowdHeight=7",
-        "Crowd Wizard/CrowdHeight=7",
-        "Crowd Wizard/NoOfRows=9",
-        "Crowd Wizard/CrowdSpacing=150",
-        "Crowd Wizard/Home=1",
-        "Terramason/Starter=1",
-        "Startup/NewProj=1",
-        "Startup/Maximise=1",
+        "Terramason/Previews=1",     "Terramason/PreviewRefresh=0",
+        "Previews/PerspectiveTex=1", "viewer",
+        "Terramason/OIFEditor=1",    "Stadium Importer/AutoClose=1",
+        "Import/CrowdHeight=7",      "Crowd Wizard/CrowdHeight=7",
+        "Crowd Wizard/NoOfRows=9",   "Crowd Wizard/CrowdSpacing=150",
+        "Crowd Wizard/Home=1",       "Terramason/Starter=1",
+        "Startup/NewProj=1",         "Startup/Maximise=1",
         "Previews/ZoomAmount=7",
     };
     EXPECT_EQ(steps, expected);

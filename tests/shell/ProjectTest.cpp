@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <unistd.h>
+#include <filesystem>
 
 #include "core/OIFOps.h"
+#include "shell/ProjectTestKit.h"
 #include "shell/StadiumCatalogue.h"
 #include "shell/fileOps.h"
-#include "shell/ProjectTestKit.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace fs = std::filesystem;
@@ -97,7 +97,8 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     const std::string gfxpak = "\"" + AppFolder + "/gfxpak\"";
     const std::string pack = "\"" + temp + "/OlympiaODTexObj.texobj01397705078125_static.fsh\" ";
     std::vector<std::string> want = {gfxpak + " -u \"" + archive + "\""};
-    for (const char* image : {"skcd", "tp00", "tp01", "tp02", "tp03", "tp04", "tp05"}) want.push_back(gfxpak + " -e " + pack + image);
+    for (const char* image : {"skcd", "tp00", "tp01", "tp02", "tp03", "tp04", "tp05"})
+        want.push_back(gfxpak + " -e " + pack + image);
     want.push_back("\"" + m.oiftool + "/oifconvert\" --to-oif \"" + temp +
                    "/OlympiaOD__Olympia_od__model168670654296875__.o\" \"" + temp + "/stadium.oif\"");
     // The model must exist for the conversion to run: gfxpak is fake, so the test provides it.
@@ -113,7 +114,9 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid O File") << "the fake gfxpak unpacked no model";
 
     // With the model unpacked, the converter runs and its file is loaded.
-    m.Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + m.log + "'; [ \"$1\" = -u ] && : > OlympiaOD__Olympia_od__model168670654296875__.o; true");
+    m.Script(AppFolder + "/gfxpak",
+             "echo \"gfxpak|$PWD|$*\" >> '" + m.log +
+                 "'; [ \"$1\" = -u ] && : > OlympiaOD__Olympia_od__model168670654296875__.o; true");
     m.desktop.commands.clear();
     StadiumProject q;
     const StadiumProject loaded = MakeProject(q, 3, "Olympia");

@@ -1,9 +1,9 @@
 #pragma once
 // A fake machine for project and save tests: a Wine prefix whose registry names a game folder
 // and an OIFTool folder, a game archive, and tool scripts that record how they were called.
+#include <sys/stat.h>
 #include <filesystem>
 #include <string>
-#include <sys/stat.h>
 
 #include "core/ProgramState.h"
 #include "support/ScriptedDesktop.h"
@@ -37,21 +37,23 @@ struct FakeMachine {
         ::chmod(path.c_str(), 0755);
     }
     void InstallGame() {
-        Text(prefix + "/system.reg", "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1\n"
-                                     "\"Install Dir\"=\"C:\\\\Program Files\\\\EA SPORTS\\\\FIFA 2003\"\n");
+        Text(prefix + "/system.reg",
+             "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1\n"
+             "\"Install Dir\"=\"C:\\\\Program Files\\\\EA SPORTS\\\\FIFA 2003\"\n");
         Text(game + "/data/stad5.big", "BIGF five");
         Text(game + "/data/stad58.big", "BIGF fifty-eight");
     }
     void InstallGfxpak() { Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + log + "'"); }
     void RegisterOIFTool() {
-        Text(prefix + "/user.reg", "WINE REGISTRY Version 2\n\n[Software\\\\Problems Inc\\\\OIFTool] 1\n"
-                                   "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\n");
+        Text(prefix + "/user.reg",
+             "WINE REGISTRY Version 2\n\n[Software\\\\Problems Inc\\\\OIFTool] 1\n"
+             "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\n");
     }
     // A converter that copies `made` to its target, or fails with a log when `made` is empty.
     void InstallConverter(const std::string& made) {
         if (made.empty())
-            Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; echo 'Plugin fifastadadp: bad chunk'; exit 3");
-        else
-            Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; cp '" + made + "' \"$3\"");
+            Script(oiftool + "/oifconvert",
+                   "echo \"convert|$*\" >> '" + log + "'; echo 'Plugin fifastadadp: bad chunk'; exit 3");
+        else Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; cp '" + made + "' \"$3\"");
     }
 };

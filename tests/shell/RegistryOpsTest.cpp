@@ -33,8 +33,9 @@ const char* SystemReg = R"(WINE REGISTRY Version 2
 "MostRecent"="3.0"
 )";
 
-const char* UserReg = "WINE REGISTRY Version 2\r\n\r\n[Software\\\\Problems Inc\\\\OIFTool] 1700000000\r\n"
-                      "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\r\n";
+const char* UserReg =
+    "WINE REGISTRY Version 2\r\n\r\n[Software\\\\Problems Inc\\\\OIFTool] 1700000000\r\n"
+    "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\r\n";
 }  // namespace
 
 TEST(RegistryFiles, FindStringsDwordsAndDefaultValuesIgnoringCase) {
@@ -80,13 +81,16 @@ TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {
     const std::string file = RegistryFilePath();
     EXPECT_EQ(LinuxRegistryValue("HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath", file, prefix),
               prefix + "/drive_c/Tools/OIFTool");
-    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", file, prefix), "English");
+    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", file, prefix),
+              "English");
     // HKEY_CURRENT_USER values are not looked for in the machine's hive.
     EXPECT_EQ(LinuxRegistryValue("HKEY_CURRENT_USER\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", file, prefix), "");
-    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent", file, prefix), "3.0")
+    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent", file, prefix),
+              "3.0")
         << "32-bit keys of a 64-bit prefix";
-    WriteText(file, "# where my tools are\nHKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath = /opt/oiftool\n"
-                    "broken line without equals\n");
+    WriteText(file,
+              "# where my tools are\nHKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath = /opt/oiftool\n"
+              "broken line without equals\n");
     EXPECT_EQ(LinuxRegistryValue("HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath", file, prefix),
               "/opt/oiftool");
     EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Nobody\\Value", file, prefix), "");

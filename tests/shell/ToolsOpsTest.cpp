@@ -55,7 +55,8 @@ TEST_F(OutsideTools, CommandLinesFollowTheRegistry) {
 }
 
 TEST_F(OutsideTools, MissingRegistryValuesGiveNoProgram) {
-    for (OutsideTool tool : {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler, OutsideTool::Rhinoceros}) {
+    for (OutsideTool tool :
+         {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler, OutsideTool::Rhinoceros}) {
         EXPECT_EQ(ToolProgram(tool), "") << int(tool);
         EXPECT_EQ(ToolCommandLine(tool), "") << int(tool);
         EXPECT_FALSE(ToolInstalled(tool)) << int(tool);
@@ -64,16 +65,14 @@ TEST_F(OutsideTools, MissingRegistryValuesGiveNoProgram) {
 
 TEST_F(OutsideTools, InstalledMeansTheProgramFileExists) {
     RegisterAll();
-    for (OutsideTool tool : EveryTool)
-        EXPECT_FALSE(ToolInstalled(tool)) << "registered but not there: " << int(tool);
+    for (OutsideTool tool : EveryTool) EXPECT_FALSE(ToolInstalled(tool)) << "registered but not there: " << int(tool);
 
     Touch("OEdit/oedit.exe");
     Touch("OIFTool/oiftool.exe");
     Touch("ZModeler/zmodeler.exe");
     Touch("Rhino/rhino3.exe");
     Touch("app/Tools/convrav.exe");
-    for (OutsideTool tool : EveryTool)
-        EXPECT_TRUE(ToolInstalled(tool)) << int(tool);
+    for (OutsideTool tool : EveryTool) EXPECT_TRUE(ToolInstalled(tool)) << int(tool);
 
     // A folder named like the program is no program.
     desktop.registry[OEditRegistryValue] = dir.file("OEdit");
@@ -82,8 +81,7 @@ TEST_F(OutsideTools, InstalledMeansTheProgramFileExists) {
 
 TEST_F(OutsideTools, AMissingToolIsPassedOverWithoutAWord) {
     RegisterAll();
-    for (OutsideTool tool : EveryTool)
-        StartTool(tool);
+    for (OutsideTool tool : EveryTool) StartTool(tool);
     EXPECT_TRUE(desktop.commands.empty());
     EXPECT_TRUE(desktop.messages.empty());
 }
@@ -95,7 +93,6 @@ TEST_F(OutsideTools, AnInstalledToolStartsThroughWineOrNotAtAll) {
     StartTool(OutsideTool::OIFTool);
     if (WineInstalled())
         EXPECT_EQ(desktop.commands, std::vector<std::string>{"wine \"" + dir.file("OIFTool/oiftool.exe") + "\" /run"});
-    else
-        EXPECT_TRUE(desktop.commands.empty()) << "a Windows program cannot run without Wine";
+    else EXPECT_TRUE(desktop.commands.empty()) << "a Windows program cannot run without Wine";
     EXPECT_TRUE(desktop.messages.empty());
 }

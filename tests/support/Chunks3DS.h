@@ -63,7 +63,8 @@ inline Bytes3DS TexVerts(const std::vector<std::array<float, 2>>& uvs) {
         for (float f : t) PutFloat(b, f);
     return Chunk(0x4140, {b});
 }
-inline Bytes3DS Faces(const std::vector<std::array<std::uint16_t, 3>>& faces, std::initializer_list<Bytes3DS> sub = {}) {
+inline Bytes3DS Faces(const std::vector<std::array<std::uint16_t, 3>>& faces,
+                      std::initializer_list<Bytes3DS> sub = {}) {
     Bytes3DS b = I16(static_cast<std::int16_t>(faces.size()));
     for (const auto& f : faces) {
         for (std::uint16_t i : f) Put16(b, i);
@@ -89,8 +90,9 @@ inline Bytes3DS QuadMeshes(int quads, std::initializer_list<Bytes3DS> moreChunks
     Bytes3DS edit;
     for (int i = 0; i < quads; ++i) {
         const auto x = static_cast<float>(2 * i);
-        const Bytes3DS mesh = Object("quad" + std::to_string(i), {Vertices({{x, 0, 0}, {x + 1, 0, 0}, {x + 1, 0, 1}, {x, 0, 1}}),
-                                                                  Faces({{0, 1, 2}, {0, 2, 3}})});
+        const Bytes3DS mesh =
+            Object("quad" + std::to_string(i),
+                   {Vertices({{x, 0, 0}, {x + 1, 0, 0}, {x + 1, 0, 1}, {x, 0, 1}}), Faces({{0, 1, 2}, {0, 2, 3}})});
         edit.insert(edit.end(), mesh.begin(), mesh.end());
     }
     for (const Bytes3DS& c : moreChunks) edit.insert(edit.end(), c.begin(), c.end());

@@ -27,8 +27,8 @@ public:
     // Scripts, consumed front first.
     std::deque<MessageAnswer> answers;      // for boxes with more than an OK button
     std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
-    std::function<void()> onPump;            // what happens while an operation pumps events
-    std::int64_t startedId = 0;              // what a start that runs nothing reports: 0 is a failure
+    std::function<void()> onPump;           // what happens while an operation pumps events
+    std::int64_t startedId = 0;             // what a start that runs nothing reports: 0 is a failure
     std::map<std::string, std::string> registry;
     // When set, registry values not in `registry` come from this Wine prefix and the per-user file.
     std::string winePrefix;
@@ -58,10 +58,12 @@ public:
         answers.pop_front();
         return a;
     }
-    std::string OpenFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+    std::string OpenFile(const std::string& title, const std::string&, const std::string&,
+                         const std::string&) override {
         return NextDialog(title);
     }
-    std::string SaveFile(const std::string& title, const std::string&, const std::string&, const std::string&) override {
+    std::string SaveFile(const std::string& title, const std::string&, const std::string&,
+                         const std::string&) override {
         return NextDialog(title);
     }
     std::string BrowseForFolder(const std::string& title) override { return NextDialog(title); }

@@ -20,8 +20,14 @@ private:
 
 class Bytes {
 public:
-    Bytes& raw(const std::string& s) { data.insert(data.end(), s.begin(), s.end()); return *this; }
-    Bytes& u8(std::uint8_t v) { data.push_back(v); return *this; }
+    Bytes& raw(const std::string& s) {
+        data.insert(data.end(), s.begin(), s.end());
+        return *this;
+    }
+    Bytes& u8(std::uint8_t v) {
+        data.push_back(v);
+        return *this;
+    }
     Bytes& i16(std::int16_t v);
     Bytes& u32(std::uint32_t v);
     Bytes& i32(std::int32_t v) { return u32(static_cast<std::uint32_t>(v)); }

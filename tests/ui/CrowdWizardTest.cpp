@@ -11,13 +11,13 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
+#include "WizardTestKit.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "support/Chunks3DS.h"
 #include "wizards/ui/crowdwizard.h"
-#include "WindowTestKit.h"
-#include "WizardTestKit.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 
 #include <memory>
 
-#include "editors/ui/vornselectobj.h"
 #include "FrameTestKit.h"
+#include "editors/ui/vornselectobj.h"
 
 namespace {
 
@@ -47,7 +47,8 @@ struct Controls {
         red.fill(Qt::red);
         picture->setPixmap(red);
         button = new QPushButton(QStringLiteral("Apply"));
-        for (QWidget* c : std::initializer_list<QWidget*>{line, text, combo, list, picture, button}) layout->addWidget(c);
+        for (QWidget* c : std::initializer_list<QWidget*>{line, text, combo, list, picture, button})
+            layout->addWidget(c);
         w.mdiArea()->addSubWindow(page)->show();
     }
 };

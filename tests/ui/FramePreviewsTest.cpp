@@ -15,20 +15,20 @@
 #include <filesystem>
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "core/NumberText.h"
 #include "core/Views.h"
 #include "core/myOps.h"
+#include "editors/ui/vornselectobj.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
 #include "preview/ui/CortonaViewer.h"
 #include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
-#include "editors/ui/vornselectobj.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/VORNOptions.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -124,8 +124,10 @@ private slots:
             const QPoint centre = view->rect().center();
             const QColor drawn = view->grabFramebuffer().pixelColor(centre);
             const QColor shown = screen.pixelColor(view->mapToGlobal(centre));
-            QVERIFY2(shown == drawn, qPrintable(QString("%1: %2 on the screen, %3 drawn")
-                                                    .arg(PreviewWindowNames[i], shown.name(), drawn.name())));
+            QVERIFY2(
+                shown == drawn,
+                qPrintable(
+                    QString("%1: %2 on the screen, %3 drawn").arg(PreviewWindowNames[i], shown.name(), drawn.name())));
         }
     }
 

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "shell/ui/vorn.h"
 #include "WindowTestKit.h"
+#include "shell/ui/vorn.h"
 
 inline void OpenFrameWithProject(std::unique_ptr<vorn>& frame) {
     frame = std::make_unique<vorn>();

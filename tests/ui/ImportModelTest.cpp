@@ -7,12 +7,12 @@
 #include <filesystem>
 #include <memory>
 
+#include "FrameTestKit.h"
 #include "editors/ui/vornselectobj.h"
 #include "preview/VRMLOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "support/Chunks3DS.h"
-#include "FrameTestKit.h"
 
 using namespace chunks3ds;
 

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
+#include "WizardTestKit.h"
 #include "editors/OIFEditorOps.h"
 #include "editors/ui/vornoifform.h"
 #include "shell/HelpOps.h"
@@ -16,8 +18,6 @@
 #include "shell/ui/vorn.h"
 #include "wizards/LightingOps.h"
 #include "wizards/ui/lightingwizard.h"
-#include "WindowTestKit.h"
-#include "WizardTestKit.h"
 
 class LightingWizardTest : public QObject {
     Q_OBJECT

@@ -8,12 +8,12 @@
 #include <memory>
 #include <stdexcept>
 
+#include "FrameTestKit.h"
 #include "core/OIFOps.h"
 #include "editors/ui/vornselectobj.h"
 #include "preview/ui/CortonaViewer.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "FrameTestKit.h"
 
 class LongOperationTest : public QObject {
     Q_OBJECT
@@ -27,7 +27,7 @@ class LongOperationTest : public QObject {
     // A stadium of 40 parts to import: its load pumps events.
     std::string stadium() {
         OIFFile doc = NewOIFFile();
-        for (int p = 0; p < 40; ++p) doc = AddPart(TexturedQuad(100.0f + p).Parts[0], doc);
+        for (int p = 0; p < 40; ++p) doc = AddPart(TexturedQuad(100.0f + static_cast<float>(p)).Parts[0], doc);
         const std::string path = program_->folder.file("big.oif");
         WriteFile(path, SaveOIF(doc));
         return path;

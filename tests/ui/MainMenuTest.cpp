@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ToolsOps.h"
@@ -19,7 +20,6 @@
 #include "shell/mdlOIFToolAuto.h"
 #include "shell/ui/vorn.h"
 #include "shell/ui/vornabout.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -187,9 +187,14 @@ private slots:
 
     void menusHoldNothingBeyondTheTable() {
         vorn w;
-        const std::pair<const char*, int> sizes[] = {{"&File", 9},  {"&Edit", 7},  {"&View", 10},
-                                                     {"&Project", 7}, {"&Tools", 15}, {"&Help", 13},
-                                                     {"&View|Current VRML Source", 4}, {"&Tools|Rhino3D Tools", 1}};
+        const std::pair<const char*, int> sizes[] = {{"&File", 9},
+                                                     {"&Edit", 7},
+                                                     {"&View", 10},
+                                                     {"&Project", 7},
+                                                     {"&Tools", 15},
+                                                     {"&Help", 13},
+                                                     {"&View|Current VRML Source", 4},
+                                                     {"&Tools|Rhino3D Tools", 1}};
         for (const auto& [menu, size] : sizes) QCOMPARE(MenuAt(w, menu)->actions().size(), size);
     }
 
@@ -279,8 +284,8 @@ private slots:
         vorn w;
         w.menuAction("&Contents...")->trigger();
         w.menuAction("View& Readme...")->trigger();
-        for (const char* entry : {"&Technical Support", "&Online Help", "FIFA OSK Online", "Soccer Gaming Forums",
-                                  "OEdit/OIFTool Online"})
+        for (const char* entry :
+             {"&Technical Support", "&Online Help", "FIFA OSK Online", "Soccer Gaming Forums", "OEdit/OIFTool Online"})
             w.menuAction(entry)->trigger();
         QCOMPARE(desktop_->editedFiles, std::vector<std::string>{folder_->file("share/readme.txt")});
         QCOMPARE(desktop_->pages,
@@ -316,8 +321,7 @@ private slots:
         w.menuAction("OEdit")->trigger();
         if (WineInstalled())
             QCOMPARE(desktop_->commands, std::vector<std::string>{"wine \"" + oedit + "\" /rgbemulation"});
-        else
-            QVERIFY(desktop_->commands.empty());
+        else QVERIFY(desktop_->commands.empty());
         QVERIFY(desktop_->messages.empty());
     }
 

@@ -13,11 +13,11 @@
 #include <filesystem>
 #include <memory>
 
+#include "FrameTestKit.h"
 #include "editors/ui/vornselectobj.h"
 #include "shell/IniOps.h"
 #include "shell/StadiumCatalogue.h"
 #include "shell/ui/vornnewproj.h"
-#include "FrameTestKit.h"
 
 class NewProjectTest : public QObject {
     Q_OBJECT
@@ -160,7 +160,6 @@ private slots:
         QVERIFY(shown);
         QVERIFY(CurrentProject.Name.empty());
     }
-
 };
 
 QTEST_MAIN(NewProjectTest)

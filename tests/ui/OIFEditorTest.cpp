@@ -13,6 +13,7 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "editors/ui/vornoifform.h"
@@ -22,7 +23,6 @@
 #include "preview/VRMLOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -113,10 +113,8 @@ private slots:
             QWidget* editor = vornoifform::existing()->parentWidget();
             QVERIFY(editor->isVisible());
             const int areaWidth = editor->parentWidget()->width();
-            if (width > previewsRight + editor->width() + 200)
-                QCOMPARE(editor->x(), previewsRight);
-            else
-                QCOMPARE(editor->geometry().right() + 1, areaWidth);
+            if (width > previewsRight + editor->width() + 200) QCOMPARE(editor->x(), previewsRight);
+            else QCOMPARE(editor->geometry().right() + 1, areaWidth);
         }
     }
 
@@ -125,8 +123,8 @@ private slots:
         QCOMPARE(f->oifparttexture()->count(), 39);
         // The selected row is rewritten trimmed by the name field's handler; the others keep
         // their 28 characters.
-        QCOMPARE(ComboRows(f->oifpartbox()), QStringList({"North stand", QString("Roof").leftJustified(28),
-                                                     QString("Empty").leftJustified(28)}));
+        QCOMPARE(ComboRows(f->oifpartbox()),
+                 QStringList({"North stand", QString("Roof").leftJustified(28), QString("Empty").leftJustified(28)}));
         QCOMPARE(f->oifpartbox()->currentIndex(), 0);
         QCOMPARE(f->oifpartname()->text(), QString("North stand").leftJustified(28));
         QCOMPARE(f->oifparttexture()->currentText(), QString("tp00"));

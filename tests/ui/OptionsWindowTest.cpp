@@ -11,13 +11,13 @@
 #include <filesystem>
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/ui/CortonaViewer.h"
 #include "preview/ui/VrmlView.h"
 #include "shell/IniOps.h"
 #include "shell/OptionsOps.h"
 #include "shell/ui/VORNOptions.h"
-#include "WindowTestKit.h"
 
 namespace {
 QCheckBox* Check(QWidget& w, const char* name) { return w.findChild<QCheckBox*>(name); }
@@ -60,8 +60,10 @@ private slots:
         QCOMPARE(w.OptionsTab()->count(), 4);
         const QStringList tabs{"Windows", "Stadium &Editing", "En&vironment", "&Previews"};
         for (int i = 0; i < 4; ++i) QCOMPARE(w.OptionsTab()->tabText(i), tabs[i]);
-        const std::pair<const char*, const char*> frames[] = {{"Frame1", "Windows"}, {"Frame2", "Crowd Building"},
-                                                              {"Frame3", "Program start"}, {"Frame4", "Stadium Importer"},
+        const std::pair<const char*, const char*> frames[] = {{"Frame1", "Windows"},
+                                                              {"Frame2", "Crowd Building"},
+                                                              {"Frame3", "Program start"},
+                                                              {"Frame4", "Stadium Importer"},
                                                               {"Frame5", "Settings"}};
         for (auto [name, title] : frames) {
             QGroupBox* f = w.findChild<QGroupBox*>(name);
@@ -83,7 +85,8 @@ private slots:
             QVERIFY2(Check(w, name), name);
             QCOMPARE(Check(w, name)->text(), QString(caption));
         }
-        QCOMPARE(w.findChild<QLabel*>("Label1")->text(), QString("(*) denotes setting will only reset on program restart"));
+        QCOMPARE(w.findChild<QLabel*>("Label1")->text(),
+                 QString("(*) denotes setting will only reset on program restart"));
         QStringList labels;
         for (QLabel* l : w.findChildren<QLabel*>()) labels << l->text();
         for (const char* label : {"Optimised crowd height for Import Crowds...", "Crowd Wizard Default crowd height",

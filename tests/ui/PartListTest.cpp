@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#include "editors/ui/vornselectobj.h"
 #include "FrameTestKit.h"
+#include "editors/ui/vornselectobj.h"
 
 class PartListTest : public QObject {
     Q_OBJECT

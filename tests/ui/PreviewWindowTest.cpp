@@ -12,6 +12,7 @@
 #include <memory>
 #include <sstream>
 
+#include "WindowTestKit.h"
 #include "core/Views.h"
 #include "core/myOps.h"
 #include "preview/PreviewViewOps.h"
@@ -21,7 +22,6 @@
 #include "preview/ui/vrmlviewer.h"
 #include "shell/IniOps.h"
 #include "shell/fileOps.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -219,8 +219,10 @@ private slots:
         QCOMPARE(w(ViewPerspective)->turnStart(), (TurnStart{MouseLeft, 10, 10}));
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(110, 60));
         // 100 pixels across are one degree about Y, 50 down half a degree about X.
-        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationX, float(start(ViewPerspective).SceneRotationX + DegToRad(0.5)));
-        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationY, float(start(ViewPerspective).SceneRotationY + DegToRad(1)));
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationX,
+                 float(start(ViewPerspective).SceneRotationX + DegToRad(0.5)));
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationY,
+                 float(start(ViewPerspective).SceneRotationY + DegToRad(1)));
         QCOMPARE(views_->log, (std::vector<std::string>{"release Perspective", "load Perspective"}));
         // The viewer hands the keyboard to the strip; the window stays the active one.
         QTRY_VERIFY(w(ViewPerspective)->Picture1()->hasFocus());

@@ -1,16 +1,16 @@
 // The Qt side of the desktop seam: what the program's filters, command lines and message texts
 // become when they reach Qt and the system.
 #include <QAbstractButton>
-#include <QImage>
 #include <QApplication>
 #include <QFileDialog>
+#include <QImage>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
 
-#include "shell/ui/QtDesktop.h"
 #include "WindowTestKit.h"
+#include "shell/ui/QtDesktop.h"
 
 namespace {
 
@@ -44,9 +44,10 @@ private slots:
         auto click = [&] {
             const QPointF at = QRectF(button.rect()).center();
             for (QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
-                QCoreApplication::postEvent(&button, new QMouseEvent(type, at, button.mapToGlobal(at), Qt::LeftButton,
-                                                                     type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
-                                                                     Qt::NoModifier));
+                QCoreApplication::postEvent(
+                    &button,
+                    new QMouseEvent(type, at, button.mapToGlobal(at), Qt::LeftButton,
+                                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier));
         };
         int timerRuns = 0;
         QTimer::singleShot(0, [&] { ++timerRuns; });
@@ -63,14 +64,20 @@ private slots:
     void filtersTakeQtsForm_data() {
         QTest::addColumn<QString>("filter");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("one pair") << "OIF Files|*.oif" << "OIF Files (*.oif)";
-        QTest::newRow("several patterns") << "3D Studio|*.3ds;*.3DS" << "3D Studio (*.3ds *.3DS)";
-        QTest::newRow("several pairs") << "OIF file|*.oif|O file|*.o" << "OIF file (*.oif);;O file (*.o)";
-        QTest::newRow("patterns already in the description")
-            << "Text Files (*.txt)|*.txt|All Files (*.*)|*.*" << "Text Files (*.txt);;All Files (*.*)";
-        QTest::newRow("brackets without patterns stay") << "Bitmap (24 bit)|*.bmp" << "Bitmap (24 bit) (*.bmp)";
-        QTest::newRow("dangling description is dropped") << "CSV|*.csv|Half" << "CSV (*.csv)";
-        QTest::newRow("empty") << "" << "";
+        QTest::newRow("one pair") << "OIF Files|*.oif"
+                                  << "OIF Files (*.oif)";
+        QTest::newRow("several patterns") << "3D Studio|*.3ds;*.3DS"
+                                          << "3D Studio (*.3ds *.3DS)";
+        QTest::newRow("several pairs") << "OIF file|*.oif|O file|*.o"
+                                       << "OIF file (*.oif);;O file (*.o)";
+        QTest::newRow("patterns already in the description") << "Text Files (*.txt)|*.txt|All Files (*.*)|*.*"
+                                                             << "Text Files (*.txt);;All Files (*.*)";
+        QTest::newRow("brackets without patterns stay") << "Bitmap (24 bit)|*.bmp"
+                                                        << "Bitmap (24 bit) (*.bmp)";
+        QTest::newRow("dangling description is dropped") << "CSV|*.csv|Half"
+                                                         << "CSV (*.csv)";
+        QTest::newRow("empty") << ""
+                               << "";
     }
     void filtersTakeQtsForm() {
         QFETCH(QString, filter);
@@ -86,14 +93,16 @@ private slots:
         QTest::addColumn<int>("qtIcon");
         QTest::newRow("question, No") << int(MessageIcon::Question) << int(MessageButtons::YesNo)
                                       << int(QMessageBox::No) << int(MessageAnswer::No) << int(QMessageBox::Question);
-        QTest::newRow("exclamation, Yes") << int(MessageIcon::Exclamation) << int(MessageButtons::YesNo)
-                                          << int(QMessageBox::Yes) << int(MessageAnswer::Yes) << int(QMessageBox::Warning);
+        QTest::newRow("exclamation, Yes")
+            << int(MessageIcon::Exclamation) << int(MessageButtons::YesNo) << int(QMessageBox::Yes)
+            << int(MessageAnswer::Yes) << int(QMessageBox::Warning);
         QTest::newRow("critical, OK") << int(MessageIcon::Critical) << int(MessageButtons::OK) << int(QMessageBox::Ok)
                                       << int(MessageAnswer::OK) << int(QMessageBox::Critical);
         QTest::newRow("retry") << int(MessageIcon::Information) << int(MessageButtons::RetryCancel)
                                << int(QMessageBox::Retry) << int(MessageAnswer::Retry) << int(QMessageBox::Information);
         QTest::newRow("cancel of three") << int(MessageIcon::None) << int(MessageButtons::YesNoCancel)
-                                         << int(QMessageBox::Cancel) << int(MessageAnswer::Cancel) << int(QMessageBox::NoIcon);
+                                         << int(QMessageBox::Cancel) << int(MessageAnswer::Cancel)
+                                         << int(QMessageBox::NoIcon);
     }
     void messageBoxShowsTheTextWithNewlinesAndReturnsTheAnswer() {
         QFETCH(int, icon);
@@ -104,8 +113,8 @@ private slots:
         QtDesktop desktop;
         SeenBox seen;
         AnswerNextBox(seen, QMessageBox::StandardButton(press));
-        const MessageAnswer got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason",
-                                                  MessageIcon(icon), MessageButtons(buttons));
+        const MessageAnswer got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", MessageIcon(icon),
+                                                  MessageButtons(buttons));
         QCOMPARE(int(got), answer);
         QCOMPARE(seen.text, QString("First line\n\nThird line"));
         QCOMPARE(seen.title, QString("VORN Terramason"));

@@ -7,11 +7,11 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "exchange/RhinoScriptOps.h"
 #include "exchange/ui/rhinoravconv.h"
 #include "shell/HelpOps.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
 
 namespace {
 // One crowd row after the exporter's empty first polygon.

@@ -8,21 +8,22 @@
 // stadium-importer.png.
 #define QTEST_QPA_MOUSE_HANDLING
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGuiApplication>
-#include <QListWidget>
-#include <QTreeWidget>
-#include <QCheckBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QTreeWidget>
 #include <QtTest>
 
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
 #include "importer/ui/stmap.h"
@@ -32,7 +33,6 @@
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "wizards/ui/crowdwizard.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -145,7 +145,8 @@ private slots:
         wizard->nextbut()->click();
         wizard->polyfrom(1)->click();
         wizard->nextbut()->click();
-        const char* corners[4][3] = {{"-5000", "175", "-4100"}, {"5000", "175", "-4100"}, {"5000", "1225", "-6200"}, {"-5000", "1225", "-6200"}};
+        const char* corners[4][3] = {
+            {"-5000", "175", "-4100"}, {"5000", "175", "-4100"}, {"5000", "1225", "-6200"}, {"-5000", "1225", "-6200"}};
         for (int i = 0; i < 4; ++i) {
             wizard->xbox(i)->setText(corners[i][0]);
             wizard->ybox(i)->setText(corners[i][1]);

@@ -10,13 +10,13 @@
 #include <memory>
 #include <set>
 
+#include "WindowTestKit.h"
+#include "WizardTestKit.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "wizards/StadiumWizardOps.h"
 #include "wizards/ui/stadwizard.h"
-#include "WindowTestKit.h"
-#include "WizardTestKit.h"
 
 class StadiumWizardTest : public QObject {
     Q_OBJECT
@@ -59,7 +59,8 @@ private slots:
         for (int i = 0; i < 4; ++i) emit w.softwares(i)->linkActivated("#");
         const std::set<std::string> sites(desktop_->pages.begin(), desktop_->pages.end());
         QCOMPARE(sites.size(), std::size_t(4));
-        QVERIFY(w.softwares(0)->text().contains("Rhinoceros (Commercial, Evaluation download available) - Recommended"));
+        QVERIFY(
+            w.softwares(0)->text().contains("Rhinoceros (Commercial, Evaluation download available) - Recommended"));
         emit w.addsoftware()->linkActivated("#");
         QCOMPARE(desktop_->pages.back(), std::string("https://www.fifa-osk.com/OSK/contact.php"));
         // The makers' site is where config.ini says it is.

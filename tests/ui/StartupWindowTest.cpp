@@ -14,6 +14,7 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "shell/IniOps.h"
@@ -22,7 +23,6 @@
 #include "shell/ui/stadiumsplash.h"
 #include "shell/ui/vorn.h"
 #include "shell/ui/vornloading.h"
-#include "WindowTestKit.h"
 
 namespace {
 

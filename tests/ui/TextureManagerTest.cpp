@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "FrameTestKit.h"
 #include "core/ProgramState.h"
 #include "editors/ui/texturename.h"
 #include "editors/ui/vornoifform.h"
@@ -20,7 +21,6 @@
 #include "preview/ui/VrmlView.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "FrameTestKit.h"
 
 namespace {
 
@@ -98,7 +98,8 @@ private slots:
         QCOMPARE(ComboRows(t->texturepartbox()), QStringList({"[New Item]", "[New Item]"}));
         QCOMPARE(t->texturepartbox()->currentIndex(), 1);
         QVERIFY(t->texturepartchange()->isEnabled());
-        QCOMPARE(ComboRows(editor->oifvertexpointsel()), QStringList({"[Select predefined UV]", "[New Item]", "[New Item]"}));
+        QCOMPARE(ComboRows(editor->oifvertexpointsel()),
+                 QStringList({"[Select predefined UV]", "[New Item]", "[New Item]"}));
 
         // Renaming to nothing leaves an empty row; the Delete button has no handler.
         t->texturepartchange()->clear();

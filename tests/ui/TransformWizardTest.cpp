@@ -10,11 +10,11 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
+#include "WizardTestKit.h"
 #include "shell/HelpOps.h"
 #include "shell/ui/vorn.h"
 #include "wizards/ui/transformwiz.h"
-#include "WindowTestKit.h"
-#include "WizardTestKit.h"
 
 class TransformWizardTest : public QObject {
     Q_OBJECT

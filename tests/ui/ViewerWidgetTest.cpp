@@ -7,8 +7,8 @@
 #include <QtTest>
 
 #include <Inventor/SoDB.h>
-#include <Inventor/sensors/SoSensorManager.h>
 #include <Inventor/sensors/SoOneShotSensor.h>
+#include <Inventor/sensors/SoSensorManager.h>
 #include <Inventor/sensors/SoTimerSensor.h>
 
 #include <cstdio>
@@ -18,28 +18,28 @@
 
 #include <unistd.h>
 
+#include "WindowTestKit.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/ui/CoinRuntime.h"
 #include "preview/ui/VrmlView.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
-#include "WindowTestKit.h"
 
 namespace {
 
 const QRgb Background = qRgb(0xC0, 0xC0, 0xC0);
 
-void WriteText(const std::string& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
+void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
 // A square of side 2*half around (cx, cy) in the plane z = 0, facing +Z.
 std::string Square(float cx, float cy, float half, const std::string& appearance) {
     auto n = [](float v) { return std::to_string(v); };
-    return "Shape {\n appearance Appearance {\n" + appearance + " }\n geometry IndexedFaceSet {\n"
-           "  coord Coordinate { point [ " + n(cx - half) + " " + n(cy - half) + " 0, " + n(cx + half) + " " +
-           n(cy - half) + " 0, " + n(cx + half) + " " + n(cy + half) + " 0, " + n(cx - half) + " " +
-           n(cy + half) + " 0 ] }\n  coordIndex [ 0 1 2 3 -1 ]\n"
+    return "Shape {\n appearance Appearance {\n" + appearance +
+           " }\n geometry IndexedFaceSet {\n"
+           "  coord Coordinate { point [ " +
+           n(cx - half) + " " + n(cy - half) + " 0, " + n(cx + half) + " " + n(cy - half) + " 0, " + n(cx + half) +
+           " " + n(cy + half) + " 0, " + n(cx - half) + " " + n(cy + half) +
+           " 0 ] }\n  coordIndex [ 0 1 2 3 -1 ]\n"
            "  texCoord TextureCoordinate { point [ 0 0, 1 0, 1 1, 0 1 ] }\n  texCoordIndex [ 0 1 2 3 -1 ]\n"
            "  solid FALSE\n }\n}\n";
 }
@@ -180,14 +180,14 @@ private slots:
     void theTextureBesideTheWorldShowsOnlyWithFlags1024() {
         writeChecker("tp01.png", qRgb(0, 0, 255), qRgb(0, 0, 255));
         const std::string wrl = folder_->file("Perspective.wrl");
-        WriteText(wrl, World(Viewpoint("0 0 3") +
-                             Square(0, 0, 1, "  texture ImageTexture { url \"tp01.png\" }\n")));
+        WriteText(wrl, World(Viewpoint("0 0 3") + Square(0, 0, 1, "  texture ImageTexture { url \"tp01.png\" }\n")));
         view_->setRenderFlags(RenderTextured);
         view_->setScene(QString::fromStdString(wrl));
         QVERIFY(view_->showsTextures());
         QImage p = picture();
         QRgb middle = p.pixel(80, 60);
-        QVERIFY2(qBlue(middle) > 200 && qRed(middle) < 60 && qGreen(middle) < 60, qPrintable(QString::number(middle, 16)));
+        QVERIFY2(qBlue(middle) > 200 && qRed(middle) < 60 && qGreen(middle) < 60,
+                 qPrintable(QString::number(middle, 16)));
 
         view_->setRenderFlags(RenderUntextured);
         QCOMPARE(view_->renderFlags(), RenderUntextured);
@@ -196,7 +196,8 @@ private slots:
         middle = p.pixel(80, 60);
         QVERIFY2(!IsBackground(middle), "the shape is still drawn");
         // In the shaded slate of untextured views, not the texture's pure blue.
-        QVERIFY2(qRed(middle) > 100 && qGreen(middle) > 100 && qBlue(middle) > qRed(middle), qPrintable(QString::number(middle, 16)));
+        QVERIFY2(qRed(middle) > 100 && qGreen(middle) > 100 && qBlue(middle) > qRed(middle),
+                 qPrintable(QString::number(middle, 16)));
 
         // Back to textured.
         view_->setRenderFlags(RenderTextured);
@@ -210,8 +211,8 @@ private slots:
             for (int x = 0; x < 8; ++x) png.setPixel(x, y, y < 4 ? qRgb(0, 255, 0) : qRgb(255, 0, 0));
         png.save(QString::fromStdString(folder_->file("halves.png")));
         const std::string wrl = folder_->file("halves.wrl");
-        WriteText(wrl, World(Viewpoint("0 0 2.5") +
-                             Square(0, 0, 1, "  texture ImageTexture { url \"halves.png\" }\n")));
+        WriteText(wrl,
+                  World(Viewpoint("0 0 2.5") + Square(0, 0, 1, "  texture ImageTexture { url \"halves.png\" }\n")));
         view_->setRenderFlags(RenderTextured);
         view_->setScene(QString::fromStdString(wrl));
         const QImage p = picture();
@@ -223,8 +224,7 @@ private slots:
     void aMissingTextureDrawsUntexturedWithoutOutputOrMessage() {
         ScriptedDesktop desktop;
         const std::string wrl = folder_->file("Perspective.wrl");
-        WriteText(wrl, World(Viewpoint("0 0 3") +
-                             Square(0, 0, 1, "  texture ImageTexture { url \"gone.png\" }\n")));
+        WriteText(wrl, World(Viewpoint("0 0 3") + Square(0, 0, 1, "  texture ImageTexture { url \"gone.png\" }\n")));
         view_->setRenderFlags(RenderTextured);
         QImage p;
         const std::string err = CapturedStderr([&] {
@@ -261,8 +261,8 @@ private slots:
         view_->setScene(QString::fromStdString(wrl));
         const QImage side = picture();
         QCOMPARE(NotBackground(side), 0);  // the square is seen edge on
-        WriteText(wrl, World(Viewpoint("10 0 0", "0 1 0 1.570796") +
-                             "Transform { rotation 0 1 0 1.570796 children [ " + Square(0, 0, 1, Red) + " ] }\n"));
+        WriteText(wrl, World(Viewpoint("10 0 0", "0 1 0 1.570796") + "Transform { rotation 0 1 0 1.570796 children [ " +
+                             Square(0, 0, 1, Red) + " ] }\n"));
         view_->setScene(QString::fromStdString(wrl));
         QVERIFY(std::abs(ShapeCentreX(picture()) - 80) < 2);
     }

@@ -2,10 +2,10 @@
 // Helpers of the window tests: acting on a modal window from inside its own event loop, and
 // watching what the windows ask of the views.
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QImage>
 #include <QPointer>
-#include <QBuffer>
 #include <QTimer>
 #include <QtTest>
 #include <cstdint>

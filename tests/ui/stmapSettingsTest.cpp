@@ -8,8 +8,8 @@
 
 #include <memory>
 
-#include "importer/ui/stmapSettings.h"
 #include "WindowTestKit.h"
+#include "importer/ui/stmapSettings.h"
 
 class stmapSettingsTest : public QObject {
     Q_OBJECT
@@ -19,14 +19,13 @@ class stmapSettingsTest : public QObject {
     // A click on the box's indicator: a wide box takes clicks on its text and indicator only.
     static void Tick(QCheckBox* box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(6, box->height() / 2)); }
 
-    static QSettings Store() {
-        return QSettings(QSettings::NativeFormat, QSettings::UserScope, "VORN", "Terramason");
-    }
+    static QSettings Store() { return QSettings(QSettings::NativeFormat, QSettings::UserScope, "VORN", "Terramason"); }
 
 private slots:
     void init() {
         program_ = std::make_unique<ScratchProgram>();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(program_->folder.file("store")));
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString(program_->folder.file("store")));
         Importer = ImportState{};
     }
     void cleanup() { program_.reset(); }
@@ -49,8 +48,8 @@ private slots:
         QVERIFY(MakeActive(dialog));
         dialog.chkMerge()->setChecked(true);
         dialog.chkMergeClick();
-        const std::pair<const char*, const char*> cases[] = {
-            {"0,5", "0"}, {"", "0"}, {"abc", "0"}, {"1.", "1"}, {"0.25x", "0.25"}, {"-2", "-2"}};
+        const std::pair<const char*, const char*> cases[] = {{"0,5", "0"}, {"", "0"},         {"abc", "0"},
+                                                             {"1.", "1"},  {"0.25x", "0.25"}, {"-2", "-2"}};
         for (const auto& [typed, kept] : cases) {
             dialog.txtMergeDist()->setFocus();
             QTRY_VERIFY(dialog.txtMergeDist()->hasFocus());

@@ -13,12 +13,12 @@
 
 #include <memory>
 
+#include "WindowTestKit.h"
 #include "core/oif.h"
 #include "importer/ui/stmap.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
-#include "WindowTestKit.h"
 
 namespace {
 
@@ -68,7 +68,8 @@ class stmapTest : public QObject {
     // The widget shows the layout's numbers.
     static bool Shows(stmap* w, int n) {
         const TextureBox& b = w->box(n);
-        return w->picTex(n)->geometry() == QRect(b.Left, b.Top, b.Width, b.Height) && w->picTex(n)->isVisible() == b.Visible;
+        return w->picTex(n)->geometry() == QRect(b.Left, b.Top, b.Width, b.Height) &&
+               w->picTex(n)->isVisible() == b.Visible;
     }
     static void Place(stmap* w, int n, int left, int top) {
         w->chkSnapToEdge()->setChecked(false);
@@ -83,7 +84,8 @@ private slots:
     void init() {
         program_ = std::make_unique<ScratchProgram>();
         desktop_ = &program_->desktop;
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(program_->folder.file("store")));
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString(program_->folder.file("store")));
         Importer = ImportState{};
     }
     void cleanup() {
@@ -98,7 +100,8 @@ private slots:
         }
         stmap* w = open();
         QVERIFY(w && w->isVisible() && w->isEnabled());
-        QCOMPARE(desktop_->dialogTitles, (std::vector<std::string>{"Select file to import...", "Select Textures Path"}));
+        QCOMPARE(desktop_->dialogTitles,
+                 (std::vector<std::string>{"Select file to import...", "Select Textures Path"}));
         QCOMPARE(w->textureCount(), 2);
         QCOMPARE(w->lvTex()->topLevelItem(1)->text(0), QString("pitch.bmp"));
         QCOMPARE(w->currentItem(), 1);

@@ -62,7 +62,8 @@ TEST_F(Boards3DS, SevenBoardsGiveThreeTwoAndTwoWithTheirBands) {
     desktop.dialogAnswers = {scratch.file("boards.3ds")};
     importadboard();
     EXPECT_EQ(doc.Header.PartCount, 6);
-    EXPECT_EQ(desktop.dialogTitles, (std::vector<std::string>{"Import adboard polygons...", "Import adboard polygons..."}));
+    EXPECT_EQ(desktop.dialogTitles,
+              (std::vector<std::string>{"Import adboard polygons...", "Import adboard polygons..."}));
 }
 
 TEST_F(Boards3DS, BannersAlternateWithFlagsForTheTeamAnswered) {

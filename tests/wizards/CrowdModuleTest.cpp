@@ -26,9 +26,7 @@ CrowdRow Plane(float width, float depth, float rise = 500) {
     return CrowdRow{{At(width, rise, -depth), At(width, 0, 0), At(0, 0, 0), At(0, rise, -depth)}};
 }
 
-float Length(const OIFVertex& a, const OIFVertex& b) {
-    return std::hypot(a.X - b.X, a.Y - b.Y, a.Z - b.Z);
-}
+float Length(const OIFVertex& a, const OIFVertex& b) { return std::hypot(a.X - b.X, a.Y - b.Y, a.Z - b.Z); }
 
 // The non-degenerate triangles of a strip, each as its sorted vertex indices.
 std::multiset<std::array<int, 3>> StripTriangles(const std::vector<std::int16_t>& strip) {
@@ -249,7 +247,8 @@ TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
         for (const OIFVertex& v : CurrentProject.OIF.Parts[i].Vertices) (i < 4 ? home : away).push_back(v);
     ASSERT_EQ(home.size(), 4u);
     ASSERT_EQ(away.size(), 4u) << "the mesh of texture file \"rowb\"";
-    for (const OIFVertex& v : home) EXPECT_TRUE(v.Shadow == 0 && v.Z == 0 && (v.Y == 0 || v.Y == 100)) << "heights kept";
+    for (const OIFVertex& v : home)
+        EXPECT_TRUE(v.Shadow == 0 && v.Z == 0 && (v.Y == 0 || v.Y == 100)) << "heights kept";
 
     // Answered Yes while the key is missing, the result is that of No.
     SeedRandom(5);
@@ -267,7 +266,8 @@ TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
 }
 
 TEST_F(Crowds, ImportEndsQuietlyOnCancelAndLeavesTheDocumentOnARefusal) {
-    desktop.dialogAnswers = {"", scratch.file("missing.txt"), Put("bad.txt", Bytes().raw("Version=1\r\nNumPoly=3\r\n").data)};
+    desktop.dialogAnswers = {"", scratch.file("missing.txt"),
+                             Put("bad.txt", Bytes().raw("Version=1\r\nNumPoly=3\r\n").data)};
     desktop.answers = {MessageAnswer::Yes};
     WriteConfig("Import", "CrowdHeight", "260");
     for (int i = 0; i < 3; ++i) importcrowd();

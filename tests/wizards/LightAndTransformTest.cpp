@@ -31,10 +31,12 @@ std::vector<std::uint32_t> Shadows(const OIFFile& doc) {
 TEST(ApplyLighting, GreysFrom240AtTheOriginTo30AtTheFarthestVertex) {
     const OIFFile doc = Line({0, 250, 500, 1000});
     // 240 - 0.25 * 210 is 187.5, which rounds to even.
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "100")), (std::vector<std::uint32_t>{Grey(240), Grey(188), Grey(135), Grey(30)}));
+    EXPECT_EQ(Shadows(ApplyLighting(doc, "100")),
+              (std::vector<std::uint32_t>{Grey(240), Grey(188), Grey(135), Grey(30)}));
     EXPECT_EQ(Shadows(ApplyLighting(doc, "150")), Shadows(ApplyLighting(doc, "100")));
     // At 80 percent the range above 30 shrinks: 210 * 0.8 = 168, 105 * 0.8 = 84.
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "80")), (std::vector<std::uint32_t>{Grey(198), Grey(156), Grey(114), Grey(30)}));
+    EXPECT_EQ(Shadows(ApplyLighting(doc, "80")),
+              (std::vector<std::uint32_t>{Grey(198), Grey(156), Grey(114), Grey(30)}));
     EXPECT_EQ(Shadows(ApplyLighting(doc, "-5")), std::vector<std::uint32_t>(4, Grey(30)));
     EXPECT_EQ(Shadows(ApplyLighting(doc, "")), std::vector<std::uint32_t>(4, Grey(30)));
     // Lighting again gives the same: the old colours do not count.

@@ -78,8 +78,10 @@ WizardFrame::WizardFrame(const char* name, const char* caption, const char* help
     layout->setSizeConstraint(QLayout::SetFixedSize);
 
     // A step that fails is one error box; the wizard stays open where it was.
-    connect(nextbut_, &QPushButton::clicked, this, [this] { GuardedRun(caption_.toStdString(), [this] { nextbutClick(); }); });
-    connect(backbut_, &QPushButton::clicked, this, [this] { GuardedRun(caption_.toStdString(), [this] { backbutClick(); }); });
+    connect(nextbut_, &QPushButton::clicked, this,
+            [this] { GuardedRun(caption_.toStdString(), [this] { nextbutClick(); }); });
+    connect(backbut_, &QPushButton::clicked, this,
+            [this] { GuardedRun(caption_.toStdString(), [this] { backbutClick(); }); });
     connect(cancelbut_, &QPushButton::clicked, this, &WizardFrame::cancelbutClick);
     connect(helpbut_, &QPushButton::clicked, this, &WizardFrame::helpbutClick);
 }

@@ -55,13 +55,16 @@ crowdwizard::crowdwizard(QWidget* parent)
 }
 
 void crowdwizard::buildPages() {
-    QVBoxLayout* intro = addPage("Crowd Building Wizard",
-                                 "The Crowd Building Wizard will guide you through filling your stadium with crowd polygons.");
-    addText(intro, "It will automatically generate polygons to avoid tedious repetition creating of crowds.  Furthermore, "
-                   "it will improve randomisation of the crowd and the crowd texture should not stretch.");
+    QVBoxLayout* intro =
+        addPage("Crowd Building Wizard",
+                "The Crowd Building Wizard will guide you through filling your stadium with crowd polygons.");
+    addText(intro,
+            "It will automatically generate polygons to avoid tedious repetition creating of crowds.  Furthermore, "
+            "it will improve randomisation of the crowd and the crowd texture should not stretch.");
     intro->addStretch();
 
-    QVBoxLayout* source = addPage("Defining the block coordinates", "Choosing how you want to enter the block coordinates");
+    QVBoxLayout* source =
+        addPage("Defining the block coordinates", "Choosing how you want to enter the block coordinates");
     addText(source, "How would you like to define the plane(s) for which you would like to fill with crowd polygons?");
     polyfrom_[1] = Option("polyfrom1", "Manually");
     polyfrom_[0] = Option("polyfrom0", "From file");
@@ -79,8 +82,9 @@ void crowdwizard::buildPages() {
     source->addLayout(fileRow);
     source->addStretch();
 
-    QVBoxLayout* plane = addPage("Defining the plane",
-                                 "Enter the 3D Coordinates which defines the plane that you would like filled with crowds.");
+    QVBoxLayout* plane =
+        addPage("Defining the plane",
+                "Enter the 3D Coordinates which defines the plane that you would like filled with crowds.");
     auto* corners = new QGridLayout;
     static constexpr const char* cornerNames[4] = {"Bottom Left", "Bottom Right", "Top Right", "Top Left"};
     // Laid out as the plane stands: the top corners above the bottom ones.
@@ -135,10 +139,12 @@ void crowdwizard::buildPages() {
     addText(options, "Click Next to create the crowds.");
 
     QVBoxLayout* done = addPage("Crowds created!", "Crowds imported to current project OIF file.");
-    addText(done, "The defined plane has now been filled with crowds.  The project OIF file has been updated "
-                  "automatically.");
-    addText(done, "The crowds can be seen in the parts with texture rwa0, rwa1, rwa2, rwa3, rwh0, rwh1, rwh2 or rwh3. "
-                  "('a' for away, 'h' for home)");
+    addText(done,
+            "The defined plane has now been filled with crowds.  The project OIF file has been updated "
+            "automatically.");
+    addText(done,
+            "The crowds can be seen in the parts with texture rwa0, rwa1, rwa2, rwa3, rwh0, rwh1, rwh2 or rwh3. "
+            "('a' for away, 'h' for home)");
     done->addStretch();
     addText(done, "Click Back if you wish to create more crowds.");
 
@@ -166,7 +172,8 @@ void crowdwizard::polyfromClick() {
 
 void crowdwizard::getfileClick() {
     polyfrom_[0]->setChecked(true);
-    const std::string path = TheDesktop().OpenFile("Import crowd 3ds file...", "3DS File (*.3ds)|*.3ds", Text(file3dsname_), "");
+    const std::string path =
+        TheDesktop().OpenFile("Import crowd 3ds file...", "3DS File (*.3ds)|*.3ds", Text(file3dsname_), "");
     // A cancelled dialog keeps the file chosen before.
     if (!path.empty()) file3dsname_->setText(QString::fromStdString(path));
     polyfromClick();

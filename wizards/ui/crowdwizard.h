@@ -14,7 +14,6 @@ class crowdwizard : public OneWizard<crowdwizard> {
 public:
     explicit crowdwizard(QWidget* parent = nullptr);
 
-
     void nextbutClick() override;
     void backbutClick() override;
     // The enable rule of Next on the plane choice page.

@@ -27,10 +27,12 @@ QLineEdit* PercentBox(const char* name, const char* text) {
 
 lightingwizard::lightingwizard(QWidget* parent)
     : OneWizard("lightingwizard", "Stadium Lighting Wizard", "lightingwizard.html", parent) {
-    QVBoxLayout* intro = addPage("Stadium Lighting Wizard",
-                                 "The Stadium Lighting Wizard will guide you through adding lighting and shadows to your "
-                                 "stadium.");
-    addText(intro, "This is NOT a tool to add actual shadow polygons, but to change the vertex colour of your stadium.");
+    QVBoxLayout* intro =
+        addPage("Stadium Lighting Wizard",
+                "The Stadium Lighting Wizard will guide you through adding lighting and shadows to your "
+                "stadium.");
+    addText(intro,
+            "This is NOT a tool to add actual shadow polygons, but to change the vertex colour of your stadium.");
     intro->addStretch();
 
     QVBoxLayout* options = addPage("Lighting Options", "Choose the overall brightness.");
@@ -41,9 +43,10 @@ lightingwizard::lightingwizard(QWidget* parent)
     boxes->addRow(QStringLiteral("Origin:"), originbox_);
     boxes->addRow(QStringLiteral("Furthest point:"), darknessbox_);
     options->addLayout(boxes);
-    addText(options, "The tool calculates the distance each vertex is from the origin, and using values provided by you "
-                     "as well, it will give vertices closest to the origin the most lighting and the those furthest "
-                     "away, the least.");
+    addText(options,
+            "The tool calculates the distance each vertex is from the origin, and using values provided by you "
+            "as well, it will give vertices closest to the origin the most lighting and the those furthest "
+            "away, the least.");
     options->addStretch();
     addText(options, "Click Next to apply the lighting.");
 

@@ -10,7 +10,6 @@ class lightingwizard : public OneWizard<lightingwizard> {
 public:
     explicit lightingwizard(QWidget* parent = nullptr);
 
-
     void nextbutClick() override;
     // Lights the whole document by originbox and shows the new colours in the OIF Editor.
     void applyLighting();

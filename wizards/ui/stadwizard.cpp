@@ -43,16 +43,19 @@ QHBoxLayout* Row(std::initializer_list<QWidget*> widgets, QWidget* stretching) {
 
 }  // namespace
 
-stadwizard::stadwizard(QWidget* parent) : OneWizard("stadwizard", "Stadium Building Wizard", "stadiumwizard.html", parent) {
+stadwizard::stadwizard(QWidget* parent)
+    : OneWizard("stadwizard", "Stadium Building Wizard", "stadiumwizard.html", parent) {
     QVBoxLayout* page = addPage("Stadium Building Wizard", "");
-    addText(page, "The Stadium Building Wizard will guide you through buildling a stadium for FIFA Football 2003 using "
-                  "various 3D graphics tools.");
+    addText(page,
+            "The Stadium Building Wizard will guide you through buildling a stadium for FIFA Football 2003 using "
+            "various 3D graphics tools.");
     page->addStretch();
     addText(page, "Click Next to continue.");
 
     page = addPage("Creating the stadium structure", "Using your favourite 3D software");
-    addText(page, "Choose your favourite 3D software to create a .3ds file.  The following shows some of the software "
-                  "that you may use:");
+    addText(page,
+            "Choose your favourite 3D software to create a .3ds file.  The following shows some of the software "
+            "that you may use:");
     auto* table = new QGridLayout;
     table->addWidget(new QLabel(QStringLiteral("Launch")), 0, 0);
     table->addWidget(new QLabel(QStringLiteral("Get it!")), 0, 1);
@@ -79,9 +82,10 @@ stadwizard::stadwizard(QWidget* parent) : OneWizard("stadwizard", "Stadium Build
     QFont bold = importer->font();
     bold.setBold(true);
     importer->setFont(bold);
-    addText(page, "This tool allows you to convert mutilple textures into one single texture.  You simply texture each "
-                  "mesh in your 3D software and then open the 3ds file, and then map those textures into one.  Remember "
-                  "to separate the parts which require different texture in separate 3ds files. (Highly recommended)");
+    addText(page,
+            "This tool allows you to convert mutilple textures into one single texture.  You simply texture each "
+            "mesh in your 3D software and then open the 3ds file, and then map those textures into one.  Remember "
+            "to separate the parts which require different texture in separate 3ds files. (Highly recommended)");
     page->addStretch();
     addText(page, "Click Next if you have already done the UV texture mapping, or wish to do so using Terramason.");
     addText(page, "Click Next when you have finished your model.");
@@ -93,21 +97,25 @@ stadwizard::stadwizard(QWidget* parent) : OneWizard("stadwizard", "Stadium Build
     page->addStretch();
 
     page = addPage("Creating the crowds", "Automatic generation of crowd vertices using Crowd Manager");
-    addText(page, "Crowd Manager (part of Terramason) allows you to add crowd vertices and texture them automatically by "
-                  "simply entering in the base vertices and various other information.  You may observe the changes it "
-                  "makes using the previews, and delete the parts accordingly, until you have them exactly where you "
-                  "want them.");
+    addText(page,
+            "Crowd Manager (part of Terramason) allows you to add crowd vertices and texture them automatically by "
+            "simply entering in the base vertices and various other information.  You may observe the changes it "
+            "makes using the previews, and delete the parts accordingly, until you have them exactly where you "
+            "want them.");
     page->addLayout(Row({Command("Command3", "Launch Crowd Manager")}, nullptr));
     page->addStretch();
-    addText(page, "Click Next if you have already done the crowd parts manually, or you do not wish to include crowds in "
-                  "your stadium.");
-    addText(page, "You should minimise this wizard regularly to check the progress in the main Terramason window and make "
-                  "changes appropriately.");
+    addText(page,
+            "Click Next if you have already done the crowd parts manually, or you do not wish to include crowds in "
+            "your stadium.");
+    addText(page,
+            "You should minimise this wizard regularly to check the progress in the main Terramason window and make "
+            "changes appropriately.");
 
     page = addPage("Editing the vertices shadow", "Editing the shadows or vertex colour in the stadium structure");
-    addText(page, "Shadow Manager (part of Terramason) allows you edit the shadow or vertex colour of each of the vertices "
-                  "in your stadium automatically.  It calculates the distance each vertex is from the origin, and the "
-                  "further the vertex is, the darker the shadow or vertex colour.");
+    addText(page,
+            "Shadow Manager (part of Terramason) allows you edit the shadow or vertex colour of each of the vertices "
+            "in your stadium automatically.  It calculates the distance each vertex is from the origin, and the "
+            "further the vertex is, the darker the shadow or vertex colour.");
     page->addLayout(Row({Command("Command4", "Launch Shadow Manager")}, nullptr));
     addText(page, "You may also do so manually using the OIF Editor in Terramason.");
     page->addStretch();

@@ -85,8 +85,9 @@ transformwiz::transformwiz(QWidget* parent)
     grid->addLayout(flipRow, 6, 0, 1, 4);
     columns->addLayout(grid);
     options->addLayout(columns);
-    addText(options, "The tool will keep all UV values in the OIF the same, simply changing the coordinates of each "
-                     "vertex in the selected OIF parts.");
+    addText(options,
+            "The tool will keep all UV values in the OIF the same, simply changing the coordinates of each "
+            "vertex in the selected OIF parts.");
     addText(options, "Click Next to transform the selected parts.");
 
     QVBoxLayout* done = addPage("Transformation finished!", "Transformation applied to selected parts.");
@@ -98,7 +99,8 @@ transformwiz::transformwiz(QWidget* parent)
 
 TransformSettings transformwiz::settings() const {
     TransformSettings s;
-    for (int i = 0; i < transformlist_->count(); ++i) s.parts.push_back(transformlist_->item(i)->checkState() == Qt::Checked);
+    for (int i = 0; i < transformlist_->count(); ++i)
+        s.parts.push_back(transformlist_->item(i)->checkState() == Qt::Checked);
     for (std::size_t a = 0; a < 3; ++a) {
         s.scale[a] = scale_[a]->text().toStdString();
         s.rotate[a] = rotate_[a]->text().toStdString();

@@ -15,7 +15,6 @@ class transformwiz : public OneWizard<transformwiz> {
 public:
     explicit transformwiz(QWidget* parent = nullptr);
 
-
     void nextbutClick() override;
     // Transforms the ticked parts as the controls say, then refreshes the lists and previews.
     void dotransform();
