@@ -107,6 +107,7 @@ int Atlas(const AtlasOptions& o, CliDesktop& desktop) {
     std::vector<QImage> pictures;
     for (const ImportTexture& t : Importer.ImportTextures) pictures.push_back(ReadPicture(t.Path));
     SaveBitmap(PaintAtlas(sheet.Width, sheet.Height, Importer.ImportTextures, pictures), o.bitmap);
+    NoteWrittenFile(o.bitmap);
 
     CurrentProject.OIF = doc;
     const std::string texture = Utf8ToCp1252(o.texture);

@@ -22,6 +22,33 @@
 #include "shell/ImportOps.h"
 #include "shell/fileOps.h"
 
+bool QuietRun = false;
+
+namespace {
+std::vector<std::string> written;
+
+// 5120 as "5,120", as the line is read by people.
+std::string Grouped(std::uintmax_t n) {
+    std::string digits = std::to_string(n);
+    for (int i = static_cast<int>(digits.size()) - 3; i > 0; i -= 3) digits.insert(static_cast<std::size_t>(i), ",");
+    return digits;
+}
+}  // namespace
+
+void NoteWritten(const std::string& what) { written.push_back(what); }
+
+void NoteWrittenFile(const std::string& path) {
+    std::error_code ec;
+    const std::uintmax_t size = std::filesystem::file_size(path, ec);
+    NoteWritten(ec ? path : path + " (" + Grouped(size) + " bytes)");
+}
+
+std::string WrittenLine() {
+    std::string line;
+    for (const std::string& w : written) line += (line.empty() ? "wrote " : ", ") + w;
+    return line;
+}
+
 namespace {
 
 int Dump(const std::string& path) {
@@ -54,16 +81,16 @@ int Dump3DS(const std::string& path) {
 }
 
 int RAVScript(const std::string& rav, const std::string& script, const std::string& texturePath) {
-    return makescript(rav, script, texturePath) ? ExitDone : ExitFailed;
+    if (!makescript(rav, script, texturePath)) return ExitFailed;
+    NoteWrittenFile(script);
+    return ExitDone;
 }
 
 int Resave(const std::string& in, const std::string& out) {
     bool ok = false;
     OIFFile doc = LoadOIF(in, &ok);
     if (!ok) return ExitFailed;
-    const ByteBuffer bytes = SaveOIF(doc);
-    binaryOps::WriteBytesFile(bytes, out);
-    return ExitDone;
+    return SaveDocument(doc, out);
 }
 
 }  // namespace
@@ -82,13 +109,16 @@ bool StartDocument(const std::string& into, OIFFile& doc) {
 
 int SaveDocument(OIFFile& doc, const std::string& out) {
     binaryOps::WriteBytesFile(SaveOIF(doc), out);
+    std::size_t vertices = 0;
+    for (const OIFPart& part : doc.Parts) vertices += part.Vertices.size();
+    NoteWritten(out + ": " + Grouped(doc.Parts.size()) + (doc.Parts.size() == 1 ? " part, " : " parts, ") +
+                Grouped(vertices) + (vertices == 1 ? " vertex" : " vertices"));
     return ExitDone;
 }
 
-// "0,2,5": part indices counted from 0. Throws CLI::ValidationError on anything else.
-std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const char* option) {
-    std::vector<bool> shown(parts, true);
-    if (list.empty()) return shown;
+std::vector<std::size_t> PartIndices(const std::string& list, const char* option) {
+    std::vector<std::size_t> indices;
+    if (list.empty()) return indices;
     std::size_t start = 0;
     while (start <= list.size()) {
         const std::size_t end = std::min(list.find(',', start), list.size());
@@ -100,10 +130,21 @@ std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const 
         } catch (const std::exception&) { used = 0; }
         if (used != item.size() || item.empty() || index < 0)
             throw CLI::ValidationError(option, "\"" + item + "\" is not a part index");
-        if (static_cast<std::size_t>(index) < parts) shown[static_cast<std::size_t>(index)] = false;
+        indices.push_back(static_cast<std::size_t>(index));
         start = end + 1;
     }
-    return shown;
+    return indices;
+}
+
+std::vector<bool> ListedParts(const std::string& list, std::size_t parts, const char* option) {
+    std::vector<bool> listed(parts, false);
+    for (const std::size_t index : PartIndices(list, option)) {
+        if (index >= parts)
+            throw CLI::ValidationError(option, "part " + std::to_string(index) + " is not in the document, which has " +
+                                                   std::to_string(parts) + " parts (counted from 0)");
+        listed[index] = true;
+    }
+    return listed;
 }
 
 namespace {
@@ -137,6 +178,7 @@ public:
 void CopyOut(const std::string& from, const std::string& to) {
     const ByteBuffer bytes = binaryOps::ReadFileBytes(from);
     binaryOps::WriteBytesFile(bytes, to);
+    NoteWrittenFile(to);
 }
 
 int ImportCSV(const std::string& file, const std::string& into, const std::string& out, const std::string& wire) {
@@ -174,8 +216,11 @@ int Previews(const std::string& in, const std::string& dir, const std::string& h
     OIFFile doc;
     if (!StartDocument(in, doc)) return ExitFailed;
     TempFolderOverride = dir;
+    std::vector<bool> shown = ListedParts(hide, doc.Parts.size(), "--hide");
+    shown.flip();
     PreviewViews = StartPreviewViews();
-    WritePreviewFiles(doc, PreviewSelection{HiddenParts(hide, doc.Parts.size()), -1, -1});
+    WritePreviewFiles(doc, PreviewSelection{shown, -1, -1});
+    for (const PreviewViewpoint& view : PreviewViews) NoteWrittenFile(ViewFilePath(view.Description));
     return ExitDone;
 }
 
@@ -194,9 +239,15 @@ int Wire(const std::string& in, const std::string& out, const std::string& hide,
     OIFFile doc;
     if (!StartDocument(in, doc)) return ExitFailed;
     const auto [part, index] = VertexChoice(vertex);
-    const PreviewSelection selection{HiddenParts(hide, doc.Parts.size()), part, index};
-    const std::string text = WirePreviewText(doc.Parts, DefaultPreviewScene(), selection);
+    if (part >= 0 && (static_cast<std::size_t>(part) >= doc.Parts.size() ||
+                      static_cast<std::size_t>(index) >= doc.Parts[static_cast<std::size_t>(part)].Vertices.size()))
+        throw CLI::ValidationError("--vertex", "the document has no vertex " + std::to_string(index) + " in part " +
+                                                   std::to_string(part) + " (both counted from 0)");
+    std::vector<bool> shown = ListedParts(hide, doc.Parts.size(), "--hide");
+    shown.flip();
+    const std::string text = WirePreviewText(doc.Parts, DefaultPreviewScene(), PreviewSelection{shown, part, index});
     binaryOps::WriteBytesFile(ByteBuffer(text.begin(), text.end()), out);
+    NoteWrittenFile(out);
     return ExitDone;
 }
 
@@ -254,7 +305,7 @@ void DeclarePreviews(CLI::App& verb, CliDesktop&, VerbWork& run) {
     verb.add_option("DIR", *dir, "The folder to write the preview files into")->required();
     verb.add_option("--hide", *hide, "Parts not shown, e.g. 0,3");
     verb.callback([=, &run] {
-        HiddenParts(*hide, 0);  // a malformed list is a usage error before anything runs
+        PartIndices(*hide, "--hide");  // a malformed list is a usage error before anything runs
         run = [=] { return Previews(*in, *dir, *hide); };
     });
 }
@@ -269,7 +320,7 @@ void DeclareWire(CLI::App& verb, CliDesktop&, VerbWork& run) {
     verb.add_option("--hide", *hide, "Parts not shown, e.g. 0,3");
     verb.add_option("--vertex", *vertex, "Mark vertex V of part P, as P:V");
     verb.callback([=, &run] {
-        HiddenParts(*hide, 0);
+        PartIndices(*hide, "--hide");
         VertexChoice(*vertex);
         run = [=] { return Wire(*in, *out, *hide, *vertex); };
     });

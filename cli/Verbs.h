@@ -29,6 +29,18 @@ const std::vector<Verb>& Verbs();
 // The document a changing verb starts from: --into, or the empty stadium. False when refused.
 bool StartDocument(const std::string& into, OIFFile& doc);
 int SaveDocument(OIFFile& doc, const std::string& out);
-// "0,2,5": part indices counted from 0, as flags with the listed parts false. Throws
-// CLI::ValidationError naming `option` on anything else.
-std::vector<bool> HiddenParts(const std::string& list, std::size_t parts, const char* option = "--hide");
+
+// "0,2,5": part indices counted from 0. Throws CLI::ValidationError naming `option` on anything
+// else, so that a malformed list stops the run before a file is read.
+std::vector<std::size_t> PartIndices(const std::string& list, const char* option);
+// The same as one flag per part of a document of `parts` parts, true for the listed ones. An
+// index the document does not have is a usage error too.
+std::vector<bool> ListedParts(const std::string& list, std::size_t parts, const char* option);
+
+// What a run wrote, told in one line on standard error at its successful end unless --quiet.
+extern bool QuietRun;
+void NoteWritten(const std::string& what);
+// "OUT.wrl (2,048 bytes)" for a file just written.
+void NoteWrittenFile(const std::string& path);
+// "wrote a.oif: 14 parts, 5,120 vertices, b.wrl (2,048 bytes)"; empty when nothing was written.
+std::string WrittenLine();

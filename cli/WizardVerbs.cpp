@@ -196,7 +196,7 @@ void DeclareTransform(CLI::App& verb, CliDesktop&, VerbWork& run) {
     verb.add_flag("--flip-v", settings->flipV, "v becomes 1 - v");
     verb.add_option("-o", *out, "Where to save the result")->required();
     verb.callback([=, &run] {
-        HiddenParts(*parts, 0, "--parts");
+        PartIndices(*parts, "--parts");
         settings->scale = Triple(*scale, "--scale");
         settings->rotate = Triple(*rotate, "--rotate");
         settings->translate = Triple(*translate, "--translate");
@@ -208,8 +208,8 @@ void DeclareTransform(CLI::App& verb, CliDesktop&, VerbWork& run) {
             OIFFile doc;
             if (!StartDocument(*in, doc)) return ExitFailed;
             // All parts are ticked unless a list names some.
-            settings->parts = HiddenParts(*parts, doc.Parts.size(), "--parts");
-            if (!parts->empty()) settings->parts.flip();
+            settings->parts = ListedParts(*parts, doc.Parts.size(), "--parts");
+            if (parts->empty()) settings->parts.assign(doc.Parts.size(), true);
             OIFFile moved = TransformParts(doc, *settings);
             return SaveDocument(moved, *out);
         };

@@ -34,6 +34,9 @@ void PrintUsage(const CLI::App& app, const std::map<const CLI::App*, const Verb*
 int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
     CLI::App app("The editor's operations without a window.", Program);
     app.require_subcommand(1);
+    // Taken before or after the verb's own arguments.
+    app.fallthrough();
+    app.add_flag("--quiet", QuietRun, "Say nothing of the files written");
     VerbWork run;
     std::map<const CLI::App*, const Verb*> verbs;
     for (const Verb& verb : Verbs()) {
@@ -54,7 +57,17 @@ int RunCommandLine(int argc, char** argv, CliDesktop& desktop) {
         PrintUsage(app, verbs);
         return ExitUsage;
     }
-    return run ? run() : ExitUsage;
+    if (!run) return ExitUsage;
+    try {
+        const int status = run();
+        if (status == ExitDone && !QuietRun && !WrittenLine().empty()) std::cerr << WrittenLine() << '\n';
+        return status;
+    } catch (const CLI::ValidationError& e) {
+        // Arguments that only the document can judge, such as a part it does not have.
+        std::cerr << e.what() << '\n';
+        PrintUsage(app, verbs);
+        return ExitUsage;
+    }
 }
 
 }  // namespace

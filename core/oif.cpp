@@ -46,9 +46,12 @@ void AppendPart(OIFPart& a, const OIFPart& b) {
     a.Header.VertexCount += static_cast<std::int32_t>(b.Vertices.size());
     if (!b.Indices.empty()) {
         a.Indices.reserve(a.Indices.size() + b.Indices.size() + 2);
-        // Two repeated indices join the strips with degenerate triangles.
-        if (!a.Indices.empty()) a.Indices.push_back(a.Indices.back());
-        a.Indices.push_back(static_cast<std::int16_t>(b.Indices[0] + base));
+        // Two repeated indices join the strips with degenerate triangles; an empty strip needs no
+        // joint, and a doubled head would turn the winding of every triangle after it.
+        if (!a.Indices.empty()) {
+            a.Indices.push_back(a.Indices.back());
+            a.Indices.push_back(static_cast<std::int16_t>(b.Indices[0] + base));
+        }
         for (std::int16_t index : b.Indices) a.Indices.push_back(static_cast<std::int16_t>(index + base));
     }
     a.Header.IndexCount = static_cast<std::int32_t>(a.Indices.size());

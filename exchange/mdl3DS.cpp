@@ -49,6 +49,8 @@ public:
             Log3DS("PRIMARY");
             const Chunk3DS primary = Header(0, bytes_.size(), "the file");
             EachChild(primary, HeaderSize, [&](const Chunk3DS& c) { TopLevel(c); });
+            // Every use of a model is its meshes: one without any would add an empty part.
+            if (model_.meshes.empty()) Refuse("it holds no mesh.");
             result.model = std::move(model_);
         } catch (const Refusal& refusal) {
             result.error = "This 3ds file is damaged and was not loaded: " + refusal.why;

@@ -48,12 +48,25 @@ bool NeedsQuotes(const std::string& value) {
     return blank(value.front()) || blank(value.back()) ||
            (value.size() >= 2 && value.front() == '"' && value.back() == '"');
 }
+// A key line whose value ends in blanks, with the value put in the quotes that the reader takes off
+// again: SimpleIni would trim them, and "1 " is not true.
+std::string WithTrailingBlanksQuoted(const std::string& line) {
+    const std::size_t first = line.find_first_not_of(" \t");
+    const std::size_t eq = line.find('=');
+    if (first == std::string::npos || line[first] == ';' || line[first] == '#' || line[first] == '[' ||
+        eq == std::string::npos || (line.back() != ' ' && line.back() != '\t'))
+        return line;
+    const std::size_t value = line.find_first_not_of(" \t", eq + 1);
+    if (value == std::string::npos) return line;
+    return line.substr(0, value) + '"' + line.substr(value) + '"';
+}
+
 // SimpleIni takes a "[" line without "]" for a section it never closes: the keys below it land
 // in a section whose name runs over the following lines, and the next save writes that name as
 // a header across several lines, which grows with every save. Such a line is dropped before
 // parsing, as SimpleIni drops other lines it cannot read, so the keys below it stay in the
 // section above.
-std::string WithoutUnclosedSectionLines(const std::string& data) {
+std::string PrepareLines(const std::string& data) {
     std::string kept;
     kept.reserve(data.size());
     std::size_t start = 0;
@@ -66,7 +79,7 @@ std::string WithoutUnclosedSectionLines(const std::string& data) {
         if (end == std::string::npos) end = data.size();
         const std::size_t first = data.find_first_not_of(" \t", start);
         const bool unclosed = first < end && data[first] == '[' && data.find(']', first) >= end;
-        if (!unclosed) kept.append(data, start, end - start);
+        if (!unclosed) kept += WithTrailingBlanksQuoted(data.substr(start, end - start));
         if (end < data.size()) kept += data[end];
         start = end + 1;
     }
@@ -83,7 +96,7 @@ bool LoadIni(CSimpleIniA& ini, const std::string& path) {
     const bool failed = std::ferror(f) != 0;
     std::fclose(f);
     if (failed) return false;
-    const std::string kept = WithoutUnclosedSectionLines(data);
+    const std::string kept = PrepareLines(data);
     return ini.LoadData(kept.data(), kept.size()) >= 0;
 }
 }  // namespace

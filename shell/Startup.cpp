@@ -23,7 +23,7 @@ bool ConfirmQuit() {
     return AskQuestion(QuitQuestion, MessageButtons::YesNo, MessageIcon::Exclamation) == MessageAnswer::Yes;
 }
 
-std::string MainTitle(const std::string& projectName) {
-    if (projectName.empty()) return "VORN Terramason";
+std::string MainTitle(bool projectOpen, const std::string& projectName) {
+    if (!projectOpen) return "VORN Terramason";
     return "VORN Terramason - [design] - [" + projectName + "]";
 }

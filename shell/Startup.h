@@ -27,5 +27,6 @@ void RunStartup(StartupFrame& frame);
 // The quit question; true when the user means it.
 bool ConfirmQuit();
 
-// "VORN Terramason" until a project exists, then "VORN Terramason - [design] - [Name]".
-std::string MainTitle(const std::string& projectName);
+// "VORN Terramason" until a project exists, then "VORN Terramason - [design] - [Name]", empty
+// brackets included: a project may be made with no name.
+std::string MainTitle(bool projectOpen, const std::string& projectName);

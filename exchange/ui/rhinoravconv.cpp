@@ -85,7 +85,8 @@ rhinoravconv::rhinoravconv(QWidget* parent)
             [this] { GuardedRun("Writing the RhinoScript", [this] { okbutClick(); }); });
     connect(cancelbut_, &QPushButton::clicked, this, &QDialog::reject);
     connect(helpbut_, &QPushButton::clicked, this, &rhinoravconv::helpbutClick);
-    checkboxes();
+    // Only the browse buttons run checkboxes: a window that opens with "&Ok" enabled takes paths
+    // typed by hand, and answers empty boxes with its message.
 }
 
 void rhinoravconv::showModal(QWidget* parent) {

@@ -5,6 +5,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPixmap>
 #include <QPlainTextEdit>
 #include <QTextEdit>
@@ -44,6 +47,11 @@ std::vector<std::uint8_t> PngBytes(const QPixmap& picture) {
 ControlKind KindOfControl(const QWidget* control) {
     if (!control) return ControlKind::None;
     QWidget* w = const_cast<QWidget*>(control);
+    // The frame, its working area and the frames round the child windows take the focus when
+    // nothing else has it; none of them is a control.
+    if (qobject_cast<QMainWindow*>(w) || qobject_cast<QMdiArea*>(w) || qobject_cast<QMdiSubWindow*>(w) ||
+        (w->parentWidget() && qobject_cast<QMdiArea*>(w->parentWidget())))
+        return ControlKind::None;
     if (ComboOf(w)) return ControlKind::ComboBox;
     if (qobject_cast<QLineEdit*>(w) || qobject_cast<QTextEdit*>(w) || qobject_cast<QPlainTextEdit*>(w))
         return ControlKind::TextBox;

@@ -333,7 +333,7 @@ bool vorn::eventFilter(QObject* watched, QEvent* event) {
 
 void vorn::refreshTitle() {
     // The project's name is document text, kept in the file's 8-bit code page.
-    setWindowTitle(QString::fromStdString(Cp1252ToUtf8(MainTitle(CurrentProject.Name))));
+    setWindowTitle(QString::fromStdString(Cp1252ToUtf8(MainTitle(projectOpen_, CurrentProject.Name))));
 }
 
 void vorn::rebuildChildWindows() {
@@ -350,6 +350,7 @@ void vorn::createnew(int index, const std::string& name) {
     // A new project opens the Texture Manager (hidden) on its first texture, image and points.
     vorntexture* textures = vorntexture::window(this);
     textures->handlers().setRow(textures->texturebox(), 0);
+    projectOpen_ = true;
     refreshTitle();
     for (const MenuCommand& c : MenuCommands)
         if (c.state & Project) menuAction(QString::fromUtf8(c.caption))->setEnabled(true);
@@ -385,14 +386,17 @@ void vorn::closeEvent(QCloseEvent* event) {
     event->ignore();
     GuardedRun("Closing VORN Terramason", [&] {
         // The child windows go before the question is asked, so a cancelled quit has to bring
-        // back those of an open project.
+        // back those of an open project, the OIF Editor too when it was showing.
+        const bool editorShown = menuAction(QStringLiteral("OIF Editor"))->isChecked();
         mdi_->closeAllSubWindows();
         if (ConfirmQuit()) {
             event->accept();
             EndProgram();
             return;
         }
-        if (!CurrentProject.Name.empty()) rebuildChildWindows();
+        if (CurrentProject.Name.empty()) return;
+        rebuildChildWindows();
+        if (editorShown) showoifform();
     });
 }
 

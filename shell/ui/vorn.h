@@ -140,4 +140,6 @@ private:
     QMap<QString, QAction*> actions_;
     QMap<QString, QAction*> buttons_;
     std::unique_ptr<FrameViews> views_;
+    // Set by the first createnew for good: a project made with an empty name is still open.
+    bool projectOpen_ = false;
 };

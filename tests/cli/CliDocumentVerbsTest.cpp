@@ -118,3 +118,25 @@ TEST_F(cliDocumentVerbs, wireMarksTheChosenVertex) {
     EXPECT_EQ(ReadText(scratch.file("h.wrl")).find("Shape"), std::string::npos);
     EXPECT_EQ(RunCli({"wire", in, scratch.file("x.wrl"), "--vertex", "1-2"}).status, 2);
 }
+
+TEST_F(cliDocumentVerbs, partsTheDocumentDoesNotHaveAreUsageErrorsAndNothingIsWritten) {
+    const std::string in = Put("in.oif", Stadium({"tp00", "cr01"}));
+    const std::string out = scratch.file("x.out");
+    const struct {
+        std::vector<std::string> args;
+        const char* said;
+    } cases[] = {
+        {{"previews", in, scratch.path(), "--hide", "0,2"}, "--hide: part 2 is not in the document"},
+        {{"wire", in, out, "--hide", "7"}, "--hide: part 7 is not in the document"},
+        {{"wire", in, out, "--vertex", "2:0"}, "--vertex: the document has no vertex 0 in part 2"},
+        {{"wire", in, out, "--vertex", "1:4"}, "--vertex: the document has no vertex 4 in part 1"},
+        {{"transform", in, "--parts", "1,2", "-o", out}, "--parts: part 2 is not in the document"},
+    };
+    for (const auto& c : cases) {
+        const CliResult r = RunCli(c.args);
+        EXPECT_EQ(r.status, 2) << c.said;
+        EXPECT_EQ(r.err.rfind(c.said, 0), 0u) << r.err;
+        EXPECT_FALSE(fs::exists(out)) << c.said;
+        EXPECT_FALSE(fs::exists(scratch.file("Top.wrl"))) << c.said;
+    }
+}

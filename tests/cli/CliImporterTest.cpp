@@ -124,7 +124,8 @@ TEST_F(cliImporter, atlasPaintsEachTextureIntoItsRectangleAndPointsThePartsUVsTh
     WriteAtlasTextures();
     const CliResult r = Atlas(Atlas3DS, Layout(ThreeTextures));
     ASSERT_EQ(r.status, 0) << r.err;
-    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.err, "wrote " + scratch.file("atlas.bmp") + " (786,486 bytes), " + scratch.file("out.oif") +
+                         ": 1 part, 11 vertices\n");
 
     const Bitmap bmp = ReadBmp(scratch.file("atlas.bmp"));
     ASSERT_EQ(bmp.width, 512);

@@ -144,13 +144,14 @@ TEST(Read3DS, LaterRecordsInheritWhatTheyLeaveOut) {
 }
 
 TEST(Read3DS, EmptyAndForeignFiles) {
-    EXPECT_EQ(Parsed(Chunk(0x4D4D)), Model3DS{});
+    for (const Bytes3DS& meshless : {Chunk(0x4D4D), File({Material("M", "m.bmp")})})
+        EXPECT_EQ(Refusal(meshless), "This 3ds file is damaged and was not loaded: it holds no mesh.");
     EXPECT_EQ(Refusal(Chunk(0x3D3D, {Square("A", "M")})), Invalid3DSMessage);
     EXPECT_EQ(Refusal({}), Invalid3DSMessage);
     EXPECT_EQ(Refusal({0x4D, 0x4D, 6, 0}), Invalid3DSMessage);
     // Padding too short for a header at the end of a chunk is not a chunk.
-    Bytes3DS padded = Chunk(0x4D4D, {Chunk(0x0002, {I32(3)}), Bytes3DS{1, 2, 3}});
-    EXPECT_EQ(Parsed(padded), Model3DS{});
+    Bytes3DS padded = Chunk(0x4D4D, {Chunk(0x3D3D, {Square("A", "M")}), Bytes3DS{1, 2, 3}});
+    EXPECT_EQ(Parsed(padded).meshes.size(), 1u);
 }
 
 TEST(Read3DS, RefusesCountsAndLengthsThatRunPastTheirChunk) {

@@ -43,6 +43,12 @@ TEST_F(ConfigFile, OnlyTheTextOneIsTrue) {
     }
     WriteConfig("Terramason", "Previews", "1");
     EXPECT_TRUE(ReadConfigFlag("Terramason", "Previews"));
+    // The same by hand, where the file's own trimming would make "1 " true.
+    for (const std::string line : {"Previews=1 ", "Previews = 1\t"}) {
+        const std::string text = "[Terramason]\r\n" + line + "\r\n";
+        WriteFile(ConfigPath(), std::vector<std::uint8_t>(text.begin(), text.end()));
+        EXPECT_FALSE(ReadConfigFlag("Terramason", "Previews")) << '"' << line << '"';
+    }
 }
 
 TEST_F(ConfigFile, BlanksAroundAValueAreKept) {

@@ -84,6 +84,7 @@ TEST_F(Startup, QuitQuestionKeepsItsTrailingBlanks) {
 }
 
 TEST(MainTitle, ShowsTheProjectOnceThereIsOne) {
-    EXPECT_EQ(MainTitle(""), "VORN Terramason");
-    EXPECT_EQ(MainTitle("Project1"), "VORN Terramason - [design] - [Project1]");
+    EXPECT_EQ(MainTitle(false, ""), "VORN Terramason");
+    EXPECT_EQ(MainTitle(true, "Project1"), "VORN Terramason - [design] - [Project1]");
+    EXPECT_EQ(MainTitle(true, ""), "VORN Terramason - [design] - []");
 }

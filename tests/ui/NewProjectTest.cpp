@@ -126,7 +126,7 @@ private slots:
         w.shownew();
         QVERIFY(CurrentProject.Name.empty());
         QVERIFY(w.menuAction("&Save OIF")->isEnabled());
-        QCOMPARE(w.windowTitle(), QString("VORN Terramason"));
+        QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - []"));
     }
 
     void newProjectReplacesAnOpenProjectAtOnce() {

@@ -17,6 +17,8 @@
 #include "WindowTestKit.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
+#include "editors/ui/vornoifform.h"
+#include "editors/ui/vornselectobj.h"
 #include "shell/IniOps.h"
 #include "shell/Startup.h"
 #include "shell/ui/QtDesktop.h"
@@ -188,15 +190,20 @@ private slots:
         QVERIFY(w.mdiArea()->subWindowList().isEmpty());
     }
 
-    void refusedQuitWithAProjectKeepsVornOpen() {
-        CurrentProject.Name = "Highbury";
+    void refusedQuitWithAProjectBringsBackItsWindowsWithTheEditor() {
         vorn w;
         w.show();
+        WriteConfig("Terramason", "OIFEditor", "1");
+        w.createnew(0, "Highbury");
         desktop_->answers = {MessageAnswer::No};
         QVERIFY(!w.close());
         QVERIFY(w.isVisible());
         QCOMPARE(desktop_->messages.size(), std::size_t(1));
         QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - [Highbury]"));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(w.selectobj() && w.selectobj()->isVisible());
+        QVERIFY(vornoifform::existing() && vornoifform::existing()->isVisible());
+        QVERIFY(w.menuAction("OIF Editor")->isChecked());
     }
 
     void confirmedQuitEndsTheEventLoop() {
