@@ -148,6 +148,28 @@ bool FindRegValue(const std::string& regText, const std::string& key, const std:
     return false;
 }
 
+std::string FindNoCase(const std::string& base, const std::string& relative) {
+    fs::path local = base;
+    std::error_code ec;
+    std::size_t start = 0;
+    while (start <= relative.size()) {
+        const std::size_t end = std::min(relative.find_first_of("\\/", start), relative.size());
+        const std::string element = relative.substr(start, end - start);
+        start = end + 1;
+        if (element.empty()) continue;
+        fs::path exact = local / element;
+        if (!fs::exists(exact, ec) && fs::is_directory(local, ec)) {
+            for (const auto& entry : fs::directory_iterator(local, ec))
+                if (EqualNoCase(entry.path().filename().string(), element)) {
+                    exact = entry.path();
+                    break;
+                }
+        }
+        local = exact;
+    }
+    return local.string();
+}
+
 std::string WindowsPathToLocal(const std::string& windowsPath, const std::string& winePrefix) {
     if (windowsPath.size() < 3 || !std::isalpha(static_cast<unsigned char>(windowsPath[0])) || windowsPath[1] != ':' ||
         (windowsPath[2] != '\\' && windowsPath[2] != '/') || winePrefix.empty())
@@ -156,28 +178,7 @@ std::string WindowsPathToLocal(const std::string& windowsPath, const std::string
     fs::path base = fs::path(winePrefix) / "dosdevices" / (std::string(1, drive) + ":");
     std::error_code ec;
     if (!fs::exists(base, ec)) base = drive == 'c' ? fs::path(winePrefix) / "drive_c" : base;
-    std::vector<std::string> elements;
-    std::string element;
-    for (std::size_t i = 3; i <= windowsPath.size(); ++i) {
-        if (i == windowsPath.size() || windowsPath[i] == '\\' || windowsPath[i] == '/') {
-            if (!element.empty()) elements.push_back(element);
-            element.clear();
-        } else {
-            element += windowsPath[i];
-        }
-    }
-    fs::path local = base;
-    for (const std::string& e : elements) {
-        fs::path exact = local / e;
-        if (!fs::exists(exact, ec) && fs::is_directory(local, ec)) {
-            for (const auto& entry : fs::directory_iterator(local, ec))
-                if (EqualNoCase(entry.path().filename().string(), e)) {
-                    exact = entry.path();
-                    break;
-                }
-        }
-        local = exact;
-    }
+    fs::path local = FindNoCase(base.string(), windowsPath.substr(3));
     std::string result = local.string();
     const char last = windowsPath.back();
     if ((last == '\\' || last == '/') && (result.empty() || result.back() != '/')) result += '/';

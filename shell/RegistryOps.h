@@ -20,6 +20,11 @@ std::string LinuxRegistryValue(const std::string& valuePath, const std::string& 
 // Found: true and `value` set.
 bool FindRegValue(const std::string& regText, const std::string& key, const std::string& name, std::string& value);
 
+// `base` joined with the elements of `relative` ("data/stad1.big", "\\" or "/" between them), each
+// element matched without regard to case where the exact name does not exist, as files installed
+// for Windows programs are spelled any way ("Data/Stad1.BIG"). What matches nothing stays as given.
+std::string FindNoCase(const std::string& base, const std::string& relative);
+
 // "C:\\Program Files\\x" as a path inside the Wine prefix; where the exact path does not exist,
 // each element is matched without regard to case, as Windows would. Other text is unchanged.
 std::string WindowsPathToLocal(const std::string& windowsPath, const std::string& winePrefix);

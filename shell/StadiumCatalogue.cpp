@@ -5,6 +5,7 @@
 
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
+#include "shell/RegistryOps.h"
 #include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
@@ -118,7 +119,7 @@ StadiumProject MakeProject(StadiumProject& project, int index, const std::string
 
     const int number = StadiumNumber(project.BasedOn);
     const std::string fifa = FifaInstallDir();
-    const std::string archive = fifa + "data/stad" + std::to_string(number) + ".big";
+    const std::string archive = FindNoCase(fifa, "data/stad" + std::to_string(number) + ".big");
     const StadiumRow row = StadiumCatalogue[static_cast<std::size_t>(project.BasedOn)];
     Suppressed([&] {
         fs::copy_file(archive, temp + "/stad" + std::to_string(number) + ".big", fs::copy_options::overwrite_existing);

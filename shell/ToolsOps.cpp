@@ -3,16 +3,17 @@
 #include <exception>
 
 #include "core/ProgramState.h"
+#include "shell/RegistryOps.h"
 #include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace {
 
-// Registry folders come with or without their closing separator.
+// Registry folders come with or without their closing separator, and a program installed for
+// Windows may spell its file in any case.
 std::string InFolder(const std::string& folder, const std::string& file) {
     if (folder.empty()) return {};
-    if (folder.back() == '/' || folder.back() == '\\') return folder + file;
-    return folder + "/" + file;
+    return FindNoCase(folder, file);
 }
 
 std::string Quoted(const std::string& path) { return "\"" + path + "\""; }

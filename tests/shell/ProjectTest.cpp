@@ -93,7 +93,7 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     EXPECT_EQ(made.BasedOn, 2);
 
     const std::string temp = TempFolder();
-    const std::string archive = m.game + "/data/stad5.big";
+    const std::string archive = m.game + "/Data/Stad5.BIG";
     const std::string gfxpak = "\"" + AppFolder + "/gfxpak\"";
     const std::string pack = "\"" + temp + "/OlympiaODTexObj.texobj01397705078125_static.fsh\" ";
     std::vector<std::string> want = {gfxpak + " -u \"" + archive + "\""};

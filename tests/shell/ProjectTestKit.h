@@ -40,8 +40,9 @@ struct FakeMachine {
         Text(prefix + "/system.reg",
              "WINE REGISTRY Version 2\n\n[Software\\\\EA SPORTS\\\\FIFA 2003] 1\n"
              "\"Install Dir\"=\"C:\\\\Program Files\\\\EA SPORTS\\\\FIFA 2003\"\n");
-        Text(game + "/data/stad5.big", "BIGF five");
-        Text(game + "/data/stad58.big", "BIGF fifty-eight");
+        // Installs for Windows spell their files in any case.
+        Text(game + "/Data/Stad5.BIG", "BIGF five");
+        Text(game + "/Data/stad58.big", "BIGF fifty-eight");
     }
     void InstallGfxpak() { Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + log + "'"); }
     void RegisterOIFTool() {
