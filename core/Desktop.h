@@ -49,10 +49,13 @@ public:
         return -1;
     }
 
-    virtual void OpenWebPage(const std::string& address) = 0;
-    // Opens a file in the desktop's text editor without waiting for it. A desktop without one
-    // hands the file to whatever shows file:// addresses.
-    virtual void OpenInTextEditor(const std::string& path) { OpenWebPage(FileUrl(path)); }
+    // Hands an address to the desktop's browser; false when nothing took it.
+    virtual bool OpenWebPage(const std::string& address) = 0;
+    // A page of the shipped help book, shown in a window that follows the book's links. A desktop
+    // without one hands the page to the browser.
+    virtual void ShowHelpBook(const std::string& path) { OpenWebPage(FileUrl(path)); }
+    // A text file shown read-only in a window of its own, without waiting for it.
+    virtual void ShowTextFile(const std::string& path) { OpenWebPage(FileUrl(path)); }
 
     virtual std::string ClipboardText() = 0;
     virtual void SetClipboardText(const std::string& text) = 0;
@@ -87,7 +90,7 @@ public:
     std::int64_t StartProcess(const std::string&, WindowMode) override { return 0; }
     bool ProcessRunning(std::int64_t) override { return false; }
     void EndProcess(std::int64_t) override {}
-    void OpenWebPage(const std::string&) override {}
+    bool OpenWebPage(const std::string&) override { return false; }
     std::string ClipboardText() override { return {}; }
     void SetClipboardText(const std::string&) override {}
     std::string RegistryValue(const std::string&) override { return {}; }

@@ -4,6 +4,7 @@
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "editors/PartOps.h"
+#include "shell/HelpOps.h"
 
 EditCommandState EditUpdate(ControlKind active, bool clipboardHasText, bool clipboardHasPicture) {
     EditCommandState state;
@@ -49,4 +50,4 @@ void RefreshPreviewsByHand() {
 
 std::string VRMLSourcePath(const std::string& viewName) { return AppPath("temp/" + viewName + ".wrl"); }
 
-void OpenVRMLSource(const std::string& viewName) { TheDesktop().OpenInTextEditor(VRMLSourcePath(viewName)); }
+void OpenVRMLSource(const std::string& viewName) { ShowTextFile(VRMLSourcePath(viewName)); }

@@ -4,6 +4,7 @@
 
 #include "core/Desktop.h"
 #include "shell/IniOps.h"
+#include "shell/fileOps.h"
 
 namespace fs = std::filesystem;
 
@@ -34,17 +35,36 @@ std::string FindResourceFolder(const std::string& executableFolder, const std::s
     return sourceFolder;
 }
 
-std::string HelpPageAddress(const std::string& page) {
+std::string HelpPagePath(const std::string& page) {
     std::error_code ec;
-    const fs::path path = fs::absolute(InResources("help/" + page), ec);
-    return FileUrl(path.lexically_normal().string());
+    return fs::absolute(InResources("help/" + page), ec).lexically_normal().string();
 }
 
-void OpenHelpPage(const std::string& page) { TheDesktop().OpenWebPage(HelpPageAddress(page)); }
+std::string HelpPageAddress(const std::string& page) { return FileUrl(HelpPagePath(page)); }
+
+namespace {
+// Shipped files and the scratch folder's previews can be missing: a broken install, or a view
+// not written yet. The box names the file, so that the user knows what to look for.
+bool Present(const std::string& path) {
+    std::error_code ec;
+    if (fs::is_regular_file(path, ec)) return true;
+    ShowMessage("The file " + path + " could not be opened: it does not exist.", MessageIcon::Exclamation);
+    return false;
+}
+}  // namespace
+
+void OpenHelpPage(const std::string& page) {
+    const std::string path = HelpPagePath(page);
+    if (Present(path)) TheDesktop().ShowHelpBook(path);
+}
+
+void ShowTextFile(const std::string& path) {
+    if (Present(path)) TheDesktop().ShowTextFile(path);
+}
 
 std::string ReadmePath() { return InResources("readme.txt"); }
 
-void OpenReadme() { TheDesktop().OpenInTextEditor(ReadmePath()); }
+void OpenReadme() { ShowTextFile(ReadmePath()); }
 
 const char* WebPageKey(WebPage page) {
     switch (page) {
@@ -81,4 +101,4 @@ std::string WebPageAddress(WebPage page) {
     return DefaultWebAddress(page);
 }
 
-void OpenHelpWebPage(WebPage page) { TheDesktop().OpenWebPage(WebPageAddress(page)); }
+void OpenHelpWebPage(WebPage page) { OpenWebPage(WebPageAddress(page)); }

@@ -11,12 +11,15 @@ extern std::string ResourceFolder;
 // installed. `executableFolder` is the folder of the running program.
 std::string FindResourceFolder(const std::string& executableFolder, const std::string& sourceFolder);
 
-// The file:// address of a page of the help book, "index.html" or "crowdwizard.html".
+// The file of a page of the help book, "index.html" or "crowdwizard.html", and its file:// address.
+std::string HelpPagePath(const std::string& page);
 std::string HelpPageAddress(const std::string& page);
-// Opens a page of the help book in the browser.
+// Shows a page of the help book in the program's help window.
 void OpenHelpPage(const std::string& page);
 inline constexpr const char* HelpContentsPage = "index.html";
-// The read-me in the desktop's text editor.
+// Shows a text file read-only in a window of the program; a missing file is told and nothing opens.
+void ShowTextFile(const std::string& path);
+// The read-me, shown as a text file.
 std::string ReadmePath();
 void OpenReadme();
 

@@ -2,6 +2,7 @@
 
 #include "core/Desktop.h"
 #include "shell/IniOps.h"
+#include "shell/fileOps.h"
 
 void RunStartup(StartupFrame& frame) {
     frame.SetMaximised(ReadConfigFlag("Startup", "Maximise"));
@@ -11,12 +12,18 @@ void RunStartup(StartupFrame& frame) {
             AskQuestion(ViewerQuestion, MessageButtons::YesNo, MessageIcon::Question, ViewerQuestionTitle);
         WriteConfig("Terramason", "Starter", "0");
         if (answer == MessageAnswer::Yes) {
-            TheDesktop().OpenWebPage(ViewerDownloadAddress);
+            OpenWebPage(ViewerDownloadAddress);
             frame.EndProgram();
             return;
         }
     }
     if (ReadConfigFlag("Startup", "NewProj")) frame.ShowNewProject();
+}
+
+FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, PixelSize screen) {
+    const int width = need.Width + chrome.Width, height = need.Height + chrome.Height;
+    if (width > screen.Width || height > screen.Height) return {screen.Width, screen.Height, true};
+    return {width + beside <= screen.Width ? width + beside : width, height, false};
 }
 
 bool ConfirmQuit() {

@@ -24,6 +24,20 @@ inline constexpr const char* StatusPanelText = "VORN Terramason v1.0";
 // new-project dialog, each as config.ini says.
 void RunStartup(StartupFrame& frame);
 
+// Where the main window opens when config.ini does not ask for it maximised: its working area
+// holds `need` whole (the parts list and the four previews), with `beside` more width for the OIF
+// Editor when the screen has room for that too. `chrome` is what the window adds round its area:
+// menus, toolbar, status bar. A screen without room even for `need` gets the window maximised.
+struct FramePlacement {
+    int Width = 0, Height = 0;
+    bool Maximised = false;
+    bool operator==(const FramePlacement&) const = default;
+};
+struct PixelSize {
+    int Width = 0, Height = 0;
+};
+FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, PixelSize screen);
+
 // The quit question; true when the user means it.
 bool ConfirmQuit();
 

@@ -137,7 +137,10 @@ bool RunAndWait(const std::string& commandLine, WindowMode mode, long timeoutMs)
     return true;
 }
 
-void OpenWebPage(const std::string& address) { TheDesktop().OpenWebPage(address); }
+void OpenWebPage(const std::string& address) {
+    if (TheDesktop().OpenWebPage(address)) return;
+    ShowMessage("The page " + address + " could not be opened: no web browser took it.", MessageIcon::Exclamation);
+}
 
 std::vector<std::string> ReadAllLines(const std::string& path) {
     std::ifstream in(path, std::ios::binary);

@@ -31,6 +31,7 @@ void CloseProcessWindows();
 // Starts the command and waits for it to end, keeping the windows alive; reports nothing.
 // Returns false when it could not start or did not end within `timeoutMs` (then it is ended).
 bool RunAndWait(const std::string& commandLine, WindowMode mode, long timeoutMs = -1);
+// The browser with the address; when no browser takes it, a message that names the address.
 void OpenWebPage(const std::string& address);
 
 // Turns "program args" into what the desktop is asked to start: ".exe" programs through Wine.

@@ -55,13 +55,44 @@ vornoifform* FrameViews::oifform() {
     return existingOifform();
 }
 
+PixelSize FrameViews::WorkingAreaNeed() {
+    PixelSize need{TwipsToPixels(1850), TwipsToPixels(9500)};
+    for (const PixelRect& r : PreviewWindowLayout()) {
+        need.Width = std::max(need.Width, r.Left + r.Width);
+        need.Height = std::max(need.Height, r.Top + r.Height);
+    }
+    return need;
+}
+
+FramePlacement FrameViews::PlaceFrame(const QWidget& frame, const QWidget& area, int beside) {
+    const QScreen* s = frame.screen();
+    const QRect screen = s ? s->availableGeometry() : QRect(0, 0, 1024, 768);
+    // What the window manager adds round the window counts as chrome too, once it is known.
+    const PixelSize chrome{frame.frameGeometry().width() - area.width(),
+                           frame.frameGeometry().height() - area.height()};
+    return PlaceMainWindow(WorkingAreaNeed(), beside, chrome, {screen.width(), screen.height()});
+}
+
 void FrameViews::showoifform() {
     const bool fresh = !existingOifform();
     vornoifform* form = oifform();
     if (fresh) form->fillFromDocument();
-    QWidget* frame = form->parentWidget();
+    auto* frame = static_cast<QMdiSubWindow*>(form->parentWidget());
+    // A minimised editor that was hidden would come back as an empty frame.
+    if (frame->isMinimized()) frame->showNormal();
     if (frame->isHidden()) {
         frame->resize(frame->sizeHint());
+        QWidget* window = area_->window();
+        const FramePlacement wanted = PlaceFrame(*window, *area_, frame->width());
+        if (!window->isMaximized() && !window->isFullScreen() && !wanted.Maximised && wanted.Width > window->width()) {
+            window->resize(wanted.Width - (window->frameGeometry().width() - window->width()), window->height());
+            if (const QScreen* s = window->screen()) {
+                const QRect avail = s->availableGeometry();
+                if (window->frameGeometry().right() > avail.right())
+                    window->move(std::max(avail.left(), avail.right() + 1 - window->frameGeometry().width()),
+                                 window->y());
+            }
+        }
         // Beside the previews when the screen has room, so that it hides none of them; otherwise
         // at the right edge, over the Perspective preview's right side.
         int previewsRight = 0;

@@ -7,6 +7,7 @@
 #include "core/Views.h"
 #include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
+#include "shell/Startup.h"
 
 class QMdiArea;
 class QMdiSubWindow;
@@ -48,8 +49,15 @@ public:
     // Until it is shown nothing touches it: a closed editor costs a refresh nothing.
     vornoifform* oifform();
     vornoifform* existingOifform() const;
-    // Shows the OIF Editor at the top right of the frame; a new one is filled first.
+    // Shows the OIF Editor beside the previews, widening the main window for it when the screen
+    // has room, else at the right edge of the frame; a new one is filled first, and a minimised
+    // one comes back whole.
     void showoifform();
+    // What the working area must hold whole: the parts list and the four previews.
+    static PixelSize WorkingAreaNeed();
+    // The main window's placement for an area of WorkingAreaNeed() with `beside` more width,
+    // on the screen the window is on.
+    static FramePlacement PlaceFrame(const QWidget& frame, const QWidget& area, int beside);
     void hideoifform();
 
 private:

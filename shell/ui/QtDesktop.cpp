@@ -16,6 +16,8 @@
 #include <QUrl>
 
 #include "shell/Processes.h"
+#include "shell/ui/helpviewer.h"
+#include "shell/ui/textviewer.h"
 #include "shell/ui/vorn.h"
 #include "shell/ui/vornloading.h"
 
@@ -166,30 +168,13 @@ int QtDesktop::ProcessExitCode(std::int64_t pid) { return Processes::ExitCode(pi
 
 void QtDesktop::EndProcess(std::int64_t pid) { Processes::End(pid); }
 
-void QtDesktop::OpenWebPage(const std::string& address) {
-    QDesktopServices::openUrl(QUrl::fromUserInput(FromUtf8(address)));
+bool QtDesktop::OpenWebPage(const std::string& address) {
+    return QDesktopServices::openUrl(QUrl::fromUserInput(FromUtf8(address)));
 }
 
-const QStringList TextEditors = {
-    QStringLiteral("gnome-text-editor"), QStringLiteral("gedit"), QStringLiteral("kate"),  QStringLiteral("kwrite"),
-    QStringLiteral("mousepad"),          QStringLiteral("xed"),   QStringLiteral("pluma"), QStringLiteral("featherpad"),
-    QStringLiteral("leafpad"),           QStringLiteral("geany"),
-};
+void QtDesktop::ShowHelpBook(const std::string& path) { helpviewer::showPage(FromUtf8(path)); }
 
-QString FindTextEditor() {
-    for (const QString& editor : TextEditors) {
-        const QString program = QStandardPaths::findExecutable(editor);
-        if (!program.isEmpty()) return program;
-    }
-    return {};
-}
-
-void QtDesktop::OpenInTextEditor(const std::string& path) {
-    // The type handler would give a .wrl to a VRML viewer; an editor shows the text itself.
-    const QString editor = FindTextEditor();
-    if (!editor.isEmpty() && QProcess::startDetached(editor, {FromUtf8(path)})) return;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(FromUtf8(path)));
-}
+void QtDesktop::ShowTextFile(const std::string& path) { textviewer::showFile(FromUtf8(path)); }
 
 std::string QtDesktop::ClipboardText() { return QGuiApplication::clipboard()->text().toStdString(); }
 
@@ -211,8 +196,7 @@ void QtDesktop::SetClipboardImage(const std::vector<std::uint8_t>& png) {
     QGuiApplication::clipboard()->setImage(image);
 }
 
-// Nothing is read yet: the per-user file of tool locations and the Wine prefix's registry come
-// with the outside tools. Until then every tool counts as not installed.
+// The per-user file of tool locations first, then the registry of the Wine prefix.
 std::string QtDesktop::RegistryValue(const std::string& path) {
     return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
 }

@@ -12,11 +12,6 @@
 // "Description|*.a;*.b|Other|*.c" becomes "Description (*.a *.b);;Other (*.c)".
 QString QtFileFilter(const std::string& filter);
 
-// The graphical text editors looked for, best first.
-extern const QStringList TextEditors;
-// The program of the first of them on PATH; empty when there is none.
-QString FindTextEditor();
-
 class QtDesktop : public Desktop {
 public:
     QtDesktop() = default;
@@ -38,10 +33,10 @@ public:
     int ProcessExitCode(std::int64_t pid) override;
     void EndProcess(std::int64_t pid) override;
 
-    void OpenWebPage(const std::string& address) override;
-    // The first graphical text editor found on PATH; without one, the desktop's handler of the
-    // file's type.
-    void OpenInTextEditor(const std::string& path) override;
+    bool OpenWebPage(const std::string& address) override;
+    // Both inside the program: a desktop may have no handler for local files.
+    void ShowHelpBook(const std::string& path) override;
+    void ShowTextFile(const std::string& path) override;
     std::string ClipboardText() override;
     void SetClipboardText(const std::string& text) override;
     std::vector<std::uint8_t> ClipboardImage() override;

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QScreen>
@@ -369,6 +370,11 @@ void vorn::SetMaximised(bool maximised) { setWindowState(maximised ? Qt::WindowM
 
 void vorn::ShowFrame() {
     if (!isMaximized()) {
+        // Big enough for the previews to be seen whole; the OIF Editor widens it when it opens.
+        layout()->activate();
+        const FramePlacement placed = FrameViews::PlaceFrame(*this, *mdi_, 0);
+        if (placed.Maximised) setWindowState(Qt::WindowMaximized);
+        else resize(placed.Width, placed.Height);
         if (QScreen* s = screen()) move(s->availableGeometry().center() - rect().center());
     }
     show();

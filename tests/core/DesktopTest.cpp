@@ -69,12 +69,3 @@ TEST(FileUrl, EncodesWhatAnAddressCannotHold) {
     EXPECT_EQ(FileUrl("/home/me/My Stadiums/50% done#2.wrl"), "file:///home/me/My%20Stadiums/50%25%20done%232.wrl");
     EXPECT_EQ(FileUrl("/tmp/Caf\xC3\xA9"), "file:///tmp/Caf%C3%A9") << "UTF-8 bytes one by one";
 }
-
-TEST(OpenInTextEditor, ADesktopWithoutAnEditorOpensTheFileAddress) {
-    struct PageDesktop : QuietDesktop {
-        std::vector<std::string> pages;
-        void OpenWebPage(const std::string& address) override { pages.push_back(address); }
-    } desktop;
-    desktop.OpenInTextEditor("/tmp/temp/Top.wrl");
-    EXPECT_EQ(desktop.pages, std::vector<std::string>{"file:///tmp/temp/Top.wrl"});
-}

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "core/ProgramState.h"
@@ -143,12 +144,14 @@ TEST(RefreshPreviewsByHand, AFailedRebuildStillPutsTheFlagBack) {
     PreviewRefreshOn = true;
 }
 
-TEST(VRMLSource, OpensTheViewsFileInTheScratchFolderInTheTextEditor) {
+TEST(VRMLSource, ShowsTheViewsFileInTheScratchFolder) {
     ScratchFolder folder;
     AppFolder = folder.path();
     ScriptedDesktop desktop;
+    std::filesystem::create_directories(TempFolder());
+    for (const char* view : PreviewViewNames) WriteFile(folder.file("temp/" + std::string(view) + ".wrl"), {'#'});
     for (const char* view : PreviewViewNames) OpenVRMLSource(view);
-    EXPECT_EQ(desktop.editedFiles,
+    EXPECT_EQ(desktop.shownFiles,
               (std::vector<std::string>{folder.file("temp/Top.wrl"), folder.file("temp/Perspective.wrl"),
                                         folder.file("temp/Back.wrl"), folder.file("temp/Right.wrl")}));
     EXPECT_TRUE(desktop.commands.empty());

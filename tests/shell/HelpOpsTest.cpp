@@ -40,12 +40,23 @@ TEST(FindResourceFolder, AnInstallBesideTheProgramsFolderElseTheSourceTree) {
     EXPECT_EQ(FindResourceFolder("", dir.file("source/resources")), dir.file("source/resources"));
 }
 
-TEST_F(HelpBook, PagesOpenInTheBrowserAsFileAddresses) {
+TEST_F(HelpBook, PagesAndTheReadmeShowInTheProgramAndWhatCannotOpenIsNamed) {
+    fs::create_directories(dir.file("share/terramason/help"));
+    WriteFile(dir.file("share/terramason/help/index.html"), {'<'});
+    WriteFile(dir.file("share/terramason/readme.txt"), {'r'});
     OpenHelpPage(HelpContentsPage);
+    OpenReadme();
+    EXPECT_EQ(desktop.pages, std::vector<std::string>{"file://" + dir.file("share/terramason/help/index.html")});
+    EXPECT_EQ(desktop.shownFiles, std::vector<std::string>{dir.file("share/terramason/readme.txt")});
+    EXPECT_TRUE(desktop.messages.empty());
+
     OpenHelpPage("crowdwizard.html");
-    EXPECT_EQ(desktop.pages,
-              (std::vector<std::string>{"file://" + dir.file("share/terramason/help/index.html"),
-                                        "file://" + dir.file("share/terramason/help/crowdwizard.html")}));
+    desktop.browserAnswers = false;
+    OpenHelpWebPage(WebPage::Forums);
+    ASSERT_EQ(desktop.messages.size(), 2u);
+    EXPECT_NE(desktop.messages[0].text.find(dir.file("share/terramason/help/crowdwizard.html")), std::string::npos);
+    EXPECT_NE(desktop.messages[1].text.find(DefaultWebAddress(WebPage::Forums)), std::string::npos);
+    EXPECT_EQ(desktop.pages.size(), 2u) << "a missing page goes nowhere";
 }
 
 TEST_F(HelpBook, AddressesAreAbsoluteAndEncoded) {
@@ -55,12 +66,6 @@ TEST_F(HelpBook, AddressesAreAbsoluteAndEncoded) {
     const std::string address = HelpPageAddress("index.html");
     EXPECT_EQ(address.rfind("file:///", 0), 0u) << address;
     EXPECT_NE(address.find("/resources/help/index.html"), std::string::npos) << address;
-}
-
-TEST_F(HelpBook, TheReadmeOpensInTheTextEditor) {
-    OpenReadme();
-    EXPECT_EQ(desktop.editedFiles, std::vector<std::string>{dir.file("share/terramason/readme.txt")});
-    EXPECT_TRUE(desktop.pages.empty());
 }
 
 TEST_F(HelpBook, WebPagesHaveDefaultAddresses) {

@@ -83,6 +83,22 @@ TEST_F(Startup, QuitQuestionKeepsItsTrailingBlanks) {
     EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
 }
 
+TEST(PlaceMainWindow, HoldsThePreviewsWholeWithTheEditorBesideWhenThereIsRoom) {
+    const PixelSize need{1019, 633}, chrome{4, 90};
+    const struct {
+        PixelSize screen;
+        FramePlacement placed;
+    } cases[] = {
+        {{1920, 1080}, {1023 + 500, 723, false}},  // room for the editor beside
+        {{1280, 1024}, {1023, 723, false}},        // the previews whole, the editor over them
+        {{1023, 723}, {1023, 723, false}},         // exactly room
+        {{1024, 700}, {1024, 700, true}},          // too low: maximised
+        {{1000, 800}, {1000, 800, true}},          // too narrow: maximised
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(PlaceMainWindow(need, 500, chrome, c.screen), c.placed) << c.screen.Width << "x" << c.screen.Height;
+}
+
 TEST(MainTitle, ShowsTheProjectOnceThereIsOne) {
     EXPECT_EQ(MainTitle(false, ""), "VORN Terramason");
     EXPECT_EQ(MainTitle(true, "Project1"), "VORN Terramason - [design] - [Project1]");

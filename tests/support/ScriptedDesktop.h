@@ -40,7 +40,8 @@ public:
     // Records.
     std::vector<ShownMessage> messages;
     std::vector<std::string> dialogTitles, pages, commands, loadingTexts;
-    std::vector<std::string> editedFiles;  // files opened in the text editor
+    std::vector<std::string> shownFiles;  // files shown in the text window
+    bool browserAnswers = true;
     std::vector<std::int64_t> ended;
     int unansweredQuestions = 0;  // questions asked with an empty script (answered Cancel/No)
     bool loadingShown = false;
@@ -81,8 +82,13 @@ public:
         ended.push_back(pid);
         Processes::End(pid);
     }
-    void OpenWebPage(const std::string& address) override { pages.push_back(address); }
-    void OpenInTextEditor(const std::string& path) override { editedFiles.push_back(path); }
+    // Pages of the help book are told by their address, as the browser would be given them.
+    bool OpenWebPage(const std::string& address) override {
+        pages.push_back(address);
+        return browserAnswers;
+    }
+    void ShowHelpBook(const std::string& path) override { pages.push_back(FileUrl(path)); }
+    void ShowTextFile(const std::string& path) override { shownFiles.push_back(path); }
     // Like a real clipboard, it holds text or a picture, not both.
     std::string ClipboardText() override { return clipboard; }
     void SetClipboardText(const std::string& text) override {

@@ -270,11 +270,14 @@ private slots:
         QVERIFY(desktop_->dialogTitles.empty());
     }
 
-    void vrmlSourceOpensThePreviewFileInTheTextEditor() {
+    void vrmlSourceShowsThePreviewFile() {
         vorn w;
         w.createnew(0, "Project1");
-        for (const char* view : {"Top", "Perspective", "Back", "Right"}) w.menuAction(view)->trigger();
-        QCOMPARE(desktop_->editedFiles,
+        for (const char* view : {"Top", "Perspective", "Back", "Right"}) {
+            WriteFile(folder_->file("temp/" + std::string(view) + ".wrl"), {'#'});
+            w.menuAction(view)->trigger();
+        }
+        QCOMPARE(desktop_->shownFiles,
                  (std::vector<std::string>{folder_->file("temp/Top.wrl"), folder_->file("temp/Perspective.wrl"),
                                            folder_->file("temp/Back.wrl"), folder_->file("temp/Right.wrl")}));
     }
@@ -287,10 +290,9 @@ private slots:
         for (const char* entry :
              {"&Technical Support", "&Online Help", "FIFA OSK Online", "Soccer Gaming Forums", "OEdit/OIFTool Online"})
             w.menuAction(entry)->trigger();
-        QCOMPARE(desktop_->editedFiles, std::vector<std::string>{folder_->file("share/readme.txt")});
+        QCOMPARE(desktop_->shownFiles, std::vector<std::string>{ReadmePath()});
         QCOMPARE(desktop_->pages,
-                 (std::vector<std::string>{"file://" + folder_->file("share/help/index.html"),
-                                           WebPageAddress(WebPage::TechnicalSupport),
+                 (std::vector<std::string>{HelpPageAddress(HelpContentsPage), WebPageAddress(WebPage::TechnicalSupport),
                                            WebPageAddress(WebPage::OnlineHelp), WebPageAddress(WebPage::MakersSite),
                                            "https://forum.example.org/", WebPageAddress(WebPage::ToolsSite)}));
         QVERIFY(desktop_->messages.empty());
@@ -370,7 +372,7 @@ private slots:
         w.toolbarAction("New")->trigger();
         QCOMPARE(w.windowTitle(), QString("VORN Terramason - [design] - [Project1]"));
         w.toolbarAction("Help")->trigger();
-        QCOMPARE(desktop_->pages, std::vector<std::string>{"file://" + folder_->file("share/help/index.html")});
+        QCOMPARE(desktop_->pages, std::vector<std::string>{HelpPageAddress(HelpContentsPage)});
     }
 
     void aboutShowsNameVersionAndItsButtons() {

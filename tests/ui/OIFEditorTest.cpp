@@ -281,6 +281,11 @@ private slots:
         QVERIFY(sub->isHidden() && !entry->isChecked());
         entry->trigger();
         QVERIFY(!sub->isHidden() && entry->isChecked());
+        // A minimised editor keeps its tick; hidden and shown from View it comes back whole.
+        sub->showMinimized();
+        entry->trigger();
+        entry->trigger();
+        QVERIFY(!sub->isMinimized() && !f->isHidden());
         sub->close();
         QVERIFY(!entry->isChecked());
         QVERIFY(!vornoifform::existing());

@@ -5,12 +5,18 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTextBrowser>
 #include <QTimer>
+#include <QToolButton>
 #include <QtTest>
 
 #include "WindowTestKit.h"
+#include "shell/HelpOps.h"
 #include "shell/ui/QtDesktop.h"
+#include "shell/ui/helpviewer.h"
+#include "shell/ui/textviewer.h"
 
 namespace {
 
@@ -205,6 +211,33 @@ private slots:
 
         desktop.SetClipboardText("tp02");
         QVERIFY(desktop.ClipboardImage().empty());
+    }
+
+    // Help and text files stay inside the program; the book's web links go to the browser.
+    void helpAndTextFilesShowInWindowsOfTheProgram() {
+        ScratchProgram program;
+        QtDesktop desktop;
+        desktop.ShowHelpBook(HelpPagePath(HelpContentsPage));
+        helpviewer* help = helpviewer::existing();
+        QVERIFY(help && help->isVisible());
+        QVERIFY(help->page()->toPlainText().contains("Terramason"));
+        emit help->page()->anchorClicked(QUrl("sample.html"));
+        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html"));
+        QVERIFY(help->backbut()->isEnabled());
+        InstallDesktop(&program.desktop);
+        emit help->page()->anchorClicked(QUrl("https://example.org/fifa"));
+        QCOMPARE(program.desktop.pages, std::vector<std::string>{"https://example.org/fifa"});
+        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html"));
+        help->close();
+
+        desktop.ShowTextFile(ReadmePath());
+        bool shown = false;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* t = qobject_cast<textviewer*>(w)) {
+                shown = t->isVisible() && t->text()->isReadOnly() && t->text()->toPlainText().contains("Terramason");
+                t->close();
+            }
+        QVERIFY(shown);
     }
 };
 

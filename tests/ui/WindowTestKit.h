@@ -25,7 +25,8 @@ struct ScratchProgram {
     ScratchProgram() {
         ResetProgramState();
         AppFolder = folder.path();
-        ResourceFolder = folder.file("share");
+        // The shipped help book and read-me: the windows show them.
+        ResourceFolder = TM_RESOURCES;
     }
     ~ScratchProgram() {
         AppFolder.clear();

@@ -10,6 +10,7 @@
 
 #include "core/Desktop.h"
 #include "shell/StadiumCatalogue.h"
+#include "shell/fileOps.h"
 #include "wizards/StadiumWizardOps.h"
 
 namespace {
@@ -174,8 +175,6 @@ void stadwizard::backbutClick() {
     showStep(page());
 }
 
-void stadwizard::softwaresClick(int i) {
-    TheDesktop().OpenWebPage(SuggestedSoftwares[static_cast<std::size_t>(i)].site);
-}
+void stadwizard::softwaresClick(int i) { OpenWebPage(SuggestedSoftwares[static_cast<std::size_t>(i)].site); }
 
-void stadwizard::addsoftwareClick() { TheDesktop().OpenWebPage(ContactPageAddress()); }
+void stadwizard::addsoftwareClick() { OpenWebPage(ContactPageAddress()); }
