@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QIcon>
 #include <QStandardPaths>
 
@@ -39,7 +40,11 @@ int main(int argc, char** argv) {
 
     int result = 0;
     {
-        stadiumsplash splash;
+        // "terramason stadium.oif", as the desktop's file manager starts it.
+        const QStringList args = QCoreApplication::arguments();
+        QString namedFile;
+        if (args.size() > 1 && !args[1].startsWith(QLatin1Char('-'))) namedFile = QFileInfo(args[1]).absoluteFilePath();
+        stadiumsplash splash(namedFile);
         splash.show();
         result = QApplication::exec();
     }

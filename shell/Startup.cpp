@@ -4,7 +4,7 @@
 #include "shell/IniOps.h"
 #include "shell/fileOps.h"
 
-void RunStartup(StartupFrame& frame) {
+void RunStartup(StartupFrame& frame, const std::string& namedFile) {
     frame.SetMaximised(ReadConfigFlag("Startup", "Maximise"));
     frame.ShowFrame();
     if (ReadConfigFlag("Terramason", "Starter")) {
@@ -17,7 +17,8 @@ void RunStartup(StartupFrame& frame) {
             return;
         }
     }
-    if (ReadConfigFlag("Startup", "NewProj")) frame.ShowNewProject();
+    if (!namedFile.empty()) frame.OpenNamedFile(namedFile);
+    else if (ReadConfigFlag("Startup", "NewProj")) frame.ShowNewProject();
 }
 
 FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, PixelSize screen) {

@@ -10,6 +10,8 @@ public:
     virtual void ShowFrame() = 0;
     virtual void ShowNewProject() = 0;  // shownew
     virtual void EndProgram() = 0;
+    // Imports a stadium file into a new project, as "&Import to OIF..." would.
+    virtual void OpenNamedFile(const std::string& path) = 0;
 };
 
 inline constexpr const char* ViewerQuestionTitle = "Cortona VRML plugin needed";
@@ -21,8 +23,9 @@ inline constexpr const char* QuitQuestion = "Are you sure you want to quit VORN 
 inline constexpr const char* StatusPanelText = "VORN Terramason v1.0";
 
 // Runs what follows the splash: window state, showing the frame, the viewer question and the
-// new-project dialog, each as config.ini says.
-void RunStartup(StartupFrame& frame);
+// new-project dialog, each as config.ini says. A file named on the command line is opened in
+// place of the dialog: the user has said what to work on.
+void RunStartup(StartupFrame& frame, const std::string& namedFile = "");
 
 // Where the main window opens when config.ini does not ask for it maximised: its working area
 // holds `need` whole (the parts list and the four previews), with `beside` more width for the OIF

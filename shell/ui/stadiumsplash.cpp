@@ -21,7 +21,8 @@ QLabel* CaptionOver(QWidget* parent, const char* name, const QString& text, int 
 }
 }  // namespace
 
-stadiumsplash::stadiumsplash(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint) {
+stadiumsplash::stadiumsplash(const QString& namedFile, QWidget* parent)
+    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint), namedFile_(namedFile) {
     setObjectName(QStringLiteral("stadiumsplash"));
     LoadResources();
     const QPixmap picture(QStringLiteral(":/splash.png"));
@@ -52,6 +53,6 @@ void stadiumsplash::Timer1Timer() {
         timer1_->stop();
         close();
         if (!main_) main_ = std::make_unique<vorn>();
-        RunStartup(*main_);
+        RunStartup(*main_, namedFile_.toStdString());
     });
 }

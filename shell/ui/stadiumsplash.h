@@ -11,7 +11,8 @@ class vorn;
 class stadiumsplash : public QWidget {
     Q_OBJECT
 public:
-    explicit stadiumsplash(QWidget* parent = nullptr);
+    // `namedFile`: a stadium named on the command line, opened once the main window stands.
+    explicit stadiumsplash(const QString& namedFile = QString(), QWidget* parent = nullptr);
     ~stadiumsplash() override;
 
     QTimer* Timer1() const { return timer1_; }
@@ -27,4 +28,5 @@ private:
     QLabel* label2_;
     QLabel* label3_;
     std::unique_ptr<vorn> main_;
+    QString namedFile_;
 };

@@ -3,13 +3,19 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLayout>
 #include <QMdiArea>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
+#include <QUrl>
 
 #include "core/Cp1252.h"
 #include "core/Desktop.h"
@@ -30,6 +36,7 @@
 #include "shell/SaveOps.h"
 #include "shell/StadiumCatalogue.h"
 #include "shell/ToolsOps.h"
+#include "shell/fileOps.h"
 #include "shell/ui/EditCommands.h"
 #include "shell/ui/FrameViews.h"
 #include "shell/ui/Resources.h"
@@ -185,6 +192,7 @@ vorn::vorn(QWidget* parent) : QMainWindow(parent) {
     mdi_->setBackground(QColor(128, 128, 128));
     setCentralWidget(mdi_);
 
+    setAcceptDrops(true);
     buildMenus();
     buildPopupMenus();
     buildToolbar();
@@ -378,6 +386,44 @@ void vorn::ShowFrame() {
         if (QScreen* s = screen()) move(s->availableGeometry().center() - rect().center());
     }
     show();
+}
+
+void vorn::OpenNamedFile(const std::string& path) { importNamedFiles({QString::fromStdString(path)}); }
+
+void vorn::importNamedFiles(const QStringList& paths) {
+    for (const QString& path : paths) {
+        const std::string file = path.toStdString();
+        GuardedRun("Importing " + file, [&] {
+            if (!FileExists(file)) {
+                ShowMessage("The file " + file + " could not be opened: it does not exist.", MessageIcon::Exclamation);
+                return;
+            }
+            if (!projectOpen_) createnew(0, Utf8ToCp1252(QFileInfo(path).completeBaseName().toStdString()));
+            ImportByExtension(file);
+        });
+    }
+}
+
+namespace {
+QStringList LocalFiles(const QMimeData* data) {
+    QStringList files;
+    if (data && data->hasUrls())
+        for (const QUrl& url : data->urls())
+            if (url.isLocalFile()) files << url.toLocalFile();
+    return files;
+}
+}  // namespace
+
+void vorn::dragEnterEvent(QDragEnterEvent* event) {
+    if (!LocalFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void vorn::dropEvent(QDropEvent* event) {
+    const QStringList files = LocalFiles(event->mimeData());
+    if (files.isEmpty()) return;
+    event->acceptProposedAction();
+    // The drop ends before the imports ask their questions, so the dragging program is not held.
+    QTimer::singleShot(0, this, [this, files] { importNamedFiles(files); });
 }
 
 void vorn::ShowNewProject() {

@@ -59,10 +59,17 @@ public:
     void ShowFrame() override;
     void ShowNewProject() override;
     void EndProgram() override;
+    void OpenNamedFile(const std::string& path) override;
+
+    // Files given to the program, by the command line or a drop: each imported by its extension,
+    // into a new project named after the first when none is open yet.
+    void importNamedFiles(const QStringList& paths);
 
 protected:
     bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

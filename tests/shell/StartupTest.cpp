@@ -14,6 +14,7 @@ struct RecordingFrame : StartupFrame {
     void ShowFrame() override { steps.push_back("show"); }
     void ShowNewProject() override { steps.push_back("shownew"); }
     void EndProgram() override { steps.push_back("end"); }
+    void OpenNamedFile(const std::string& path) override { steps.push_back("open " + path); }
 };
 
 class Startup : public ::testing::Test {
@@ -34,11 +35,14 @@ TEST_F(Startup, WithoutAConfigFileTheWindowOpensNormallyAndAsksNothing) {
     EXPECT_TRUE(desktop.messages.empty());
 }
 
-TEST_F(Startup, FollowsMaximiseAndNewProject) {
+TEST_F(Startup, FollowsMaximiseAndNewProjectUnlessAFileIsNamed) {
     WriteConfig("Startup", "Maximise", "1");
     WriteConfig("Startup", "NewProj", "1");
     RunStartup(frame);
     EXPECT_EQ(frame.steps, (Steps{"maximised", "show", "shownew"}));
+    frame.steps.clear();
+    RunStartup(frame, "/home/me/stadium.oif");
+    EXPECT_EQ(frame.steps, (Steps{"maximised", "show", "open /home/me/stadium.oif"}));
 }
 
 TEST_F(Startup, ViewerQuestionAnsweredNoIsAskedOnceAndStartUpGoesOn) {

@@ -2,6 +2,7 @@
 // the previews, and a damaged model that changes nothing.
 #include <QAction>
 #include <QListWidget>
+#include <QMimeData>
 #include <QtTest>
 
 #include <filesystem>
@@ -69,6 +70,25 @@ private slots:
         QCOMPARE(spy.count("RebuildPreviews"), 0);
         QCOMPARE(program_->desktop.messages.size(), std::size_t{1});
         QVERIFY(program_->desktop.messages[0].text.find("damaged") != std::string::npos);
+    }
+
+    // Files dropped on the frame, as the command line names them: a new project named after the
+    // first, each file imported by its extension, a missing one named in a message.
+    void droppedFilesAreImportedIntoANewProject() {
+        frame_ = std::make_unique<vorn>();
+        frame_->show();
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(TM_SAMPLES "/stadium.oif"), QUrl::fromLocalFile(TM_SAMPLES "/gone.oif")});
+        QDragEnterEvent enter(QPoint(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(frame_.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(frame_.get(), &drop);
+        QTRY_COMPARE(program_->desktop.messages.size(), std::size_t{1});
+        QCOMPARE(frame_->windowTitle(), QString("VORN Terramason - [design] - [stadium]"));
+        QCOMPARE(CurrentProject.OIF.Header.PartCount, 6);
+        QCOMPARE(frame_->selectobj()->objectbox()->count(), 6);
+        QVERIFY(program_->desktop.messages[0].text.find("gone.oif") != std::string::npos);
     }
 };
 
