@@ -1,12 +1,39 @@
 #include "shell/Startup.h"
 
+#include <filesystem>
+
 #include "core/Desktop.h"
 #include "shell/IniOps.h"
+#include "shell/JournalOps.h"
 #include "shell/fileOps.h"
+
+void OfferRecovery(StartupFrame& frame) {
+    for (const std::string& path : OrphanedJournals()) {
+        JournalParse parsed;
+        try {
+            parsed = ParseJournal(binaryOps::ReadFileBytes(path));
+        } catch (const std::exception& e) { parsed.error = e.what(); }
+        if (!parsed.entry) {
+            ShowMessage(SetAsideJournal(path, parsed.error), MessageIcon::Exclamation);
+            continue;
+        }
+        const bool yes = AskQuestion(RecoveryQuestion(*parsed.entry), MessageButtons::YesNo, MessageIcon::Question) ==
+                         MessageAnswer::Yes;
+        std::error_code ec;
+        std::filesystem::remove(path, ec);
+        std::filesystem::remove(std::filesystem::path(path).replace_extension(".lock"), ec);
+        if (yes) {
+            // One project at a time: journals of other ended sessions wait for the next start.
+            frame.RecoverProject(std::move(parsed.entry->Project));
+            return;
+        }
+    }
+}
 
 void RunStartup(StartupFrame& frame, const std::string& namedFile) {
     frame.SetMaximised(ReadConfigFlag("Startup", "Maximise"));
     frame.ShowFrame();
+    OfferRecovery(frame);
     if (ReadConfigFlag("Terramason", "Starter")) {
         const MessageAnswer answer =
             AskQuestion(ViewerQuestion, MessageButtons::YesNo, MessageIcon::Question, ViewerQuestionTitle);

@@ -2,6 +2,8 @@
 // The start-up and close rules of the main window, kept apart from the window itself.
 #include <string>
 
+#include "core/oif.h"
+
 // What the start-up sequence asks of the main window.
 class StartupFrame {
 public:
@@ -12,6 +14,8 @@ public:
     virtual void EndProgram() = 0;
     // Imports a stadium file into a new project, as "&Import to OIF..." would.
     virtual void OpenNamedFile(const std::string& path) = 0;
+    // Opens a project left by an earlier session, as it stood.
+    virtual void RecoverProject(StadiumProject project) = 0;
 };
 
 inline constexpr const char* ViewerQuestionTitle = "Cortona VRML plugin needed";
@@ -22,7 +26,11 @@ inline constexpr const char* ViewerDownloadAddress = "https://www.cortona3d.com/
 inline constexpr const char* QuitQuestion = "Are you sure you want to quit VORN Terramason?   ";
 inline constexpr const char* StatusPanelText = "VORN Terramason v1.0";
 
-// Runs what follows the splash: window state, showing the frame, the viewer question and the
+// Offers back the projects that ended sessions left in their journals, newest first, until one is
+// taken; a journal that cannot be read is told and set aside, never a reason not to start.
+void OfferRecovery(StartupFrame& frame);
+
+// Runs what follows the splash, after the offer of recovery: window state, showing the frame, the viewer question and the
 // new-project dialog, each as config.ini says. A file named on the command line is opened in
 // place of the dialog: the user has said what to work on.
 void RunStartup(StartupFrame& frame, const std::string& namedFile = "");

@@ -6,13 +6,13 @@
 
 void ChangeHandlers::bind(QLineEdit* field, std::function<void()> handler) {
     handlers_.insert(field, std::move(handler));
-    QObject::connect(field, &QLineEdit::textChanged, field, [this, field] { run(field); });
+    QObject::connect(field, &QLineEdit::textChanged, field, [this, field] { runForUser(field); });
 }
 
 void ChangeHandlers::bind(QComboBox* box, std::function<void()> handler) {
     handlers_.insert(box, std::move(handler));
-    QObject::connect(box, &QComboBox::activated, box, [this, box] { run(box); });
-    if (box->isEditable()) QObject::connect(box, &QComboBox::editTextChanged, box, [this, box] { run(box); });
+    QObject::connect(box, &QComboBox::activated, box, [this, box] { runForUser(box); });
+    if (box->isEditable()) QObject::connect(box, &QComboBox::editTextChanged, box, [this, box] { runForUser(box); });
 }
 
 void ChangeHandlers::setText(QLineEdit* field, const QString& text) {
@@ -44,6 +44,11 @@ void ChangeHandlers::fill(QComboBox* box, const QStringList& rows) {
     box->clear();
     box->addItems(rows);
     if (!box->isEditable()) box->setCurrentIndex(-1);
+}
+
+void ChangeHandlers::runForUser(QObject* control) {
+    run(control);
+    if (userChange_) userChange_(control);
 }
 
 void ChangeHandlers::run(QObject* control) {

@@ -28,7 +28,13 @@ public:
     // edit field is left with no row picked.
     void fill(QComboBox* box, const QStringList& rows);
 
+    // Runs after the handler of a change that the user made, not code: the window records its
+    // step there.
+    void afterUserChange(std::function<void(QObject* control)> hook) { userChange_ = std::move(hook); }
+
 private:
     void run(QObject* control);
+    void runForUser(QObject* control);
     QHash<QObject*, std::function<void()>> handlers_;
+    std::function<void(QObject*)> userChange_;
 };

@@ -21,6 +21,7 @@
 #include "editors/ui/EditorText.h"
 #include "editors/ui/NumericKeys.h"
 #include "editors/ui/vorntexture.h"
+#include "shell/HistoryOps.h"
 
 namespace {
 
@@ -122,6 +123,7 @@ vornoifform::vornoifform(QWidget* parent) : QWidget(parent) {
     handlers_.bind(oifpartvertices_, [this] { oifpartverticesClick(); });
     for (int i = 0; i < 5; ++i) handlers_.bind(vertexFields_[i], [this, i] { vertexFieldChange(i); });
     handlers_.bind(oifvertexpointsel_, [this] { oifvertexpointselClick(); });
+    handlers_.afterUserChange([this](QObject* control) { recordEdit(control); });
     FilterNumericKeys(oifvertextexx());
     FilterNumericKeys(oifvertextexy());
     connect(oifpartdel_, &QPushButton::clicked, this, &vornoifform::oifpartdelClick);
@@ -256,9 +258,22 @@ void vornoifform::oifvertexpointselClick() {
     handlers_.setText(oifvertextexy(), QString::fromStdString(SingleText(vv)));
 }
 
+void vornoifform::recordEdit(QObject* control) {
+    // Typing on in the same field of the same part and vertex is one step. Choosing a part or a
+    // vertex is none: what its refresh of the fields changes goes with the next step.
+    static const char* const vertexCaptions[5] = {"Vertex X", "Vertex Y", "Vertex Z", "Vertex U", "Vertex V"};
+    const std::string at = ":" + std::to_string(selectedPart()) + ":" + std::to_string(selectedVertex());
+    if (control == oifpartname_) RecordCommand("Part name", "name" + at);
+    else if (control == oifparttexture_) RecordCommand("Part texture", "texture" + at);
+    else if (control == oifvertexpointsel_) RecordCommand("Predefined UV");
+    for (int i = 0; i < 5; ++i)
+        if (control == vertexFields_[i]) RecordCommand(vertexCaptions[i], "field" + std::to_string(i) + at);
+}
+
 void vornoifform::oifpartdelClick() {
     const int p = selectedPart();
     if (p < 0) return;
+    const CommandStep step("Delete part");
     std::vector<bool> gone(CurrentProject.OIF.Parts.size(), false);
     gone[static_cast<std::size_t>(p)] = true;
     CurrentProject.OIF = RemoveParts(CurrentProject.OIF, gone);

@@ -75,6 +75,8 @@ private:
     // Typing in X, Y, Z (fields 0 to 2), U or V (3 and 4).
     void vertexFieldChange(int field);
     void oifpartnameChange();
+    // The step of a change the user made in a control.
+    void recordEdit(QObject* control);
 
     ChangeHandlers handlers_;
     QComboBox* oifpartbox_;

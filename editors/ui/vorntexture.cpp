@@ -23,6 +23,7 @@
 #include "editors/ui/EditorText.h"
 #include "editors/ui/NumericKeys.h"
 #include "editors/ui/vornoifform.h"
+#include "shell/HistoryOps.h"
 #include "shell/fileOps.h"
 
 namespace {
@@ -120,6 +121,13 @@ vorntexture::vorntexture(QWidget* parent) : QWidget(parent, Qt::Window) {
         handlers_.bind(uvbox_[i], [this, i] { uvboxChange(i); });
         FilterNumericKeys(uvbox_[i]);
     }
+    handlers_.afterUserChange([this](QObject* control) {
+        const std::string at =
+            ":" + std::to_string(texturebox_->currentIndex()) + ":" + std::to_string(texturepartbox_->currentIndex());
+        if (control == texturepartchange_) RecordCommand("UV point name", "name" + at);
+        else if (control == uvbox_[0]) RecordCommand("UV point U", "u" + at);
+        else if (control == uvbox_[1]) RecordCommand("UV point V", "v" + at);
+    });
     connect(addtexturepart_, &QPushButton::clicked, this, &vorntexture::addtexturepartClick);
     connect(importtex_, &QPushButton::clicked, this,
             [this] { GuardedRun("Importing the texture", [this] { importtexClick(); }); });
@@ -198,6 +206,7 @@ void vorntexture::texturepartboxClick() {
 }
 
 void vorntexture::addtexturepartClick() {
+    const CommandStep step("Add UV point");
     if (!AddTexturePart(CurrentProject.Textures, texturebox_->currentIndex())) return;
     textureboxClick();
     handlers_.setRow(texturepartbox_, texturepartbox_->count() - 1);
@@ -238,6 +247,7 @@ void vorntexture::Picture1MouseDown(Qt::MouseButton button, int x, int y) {
     TexturePart* point =
         TexturePointAt(CurrentProject.Textures, texturebox_->currentIndex(), texturepartbox_->currentIndex());
     if (!point) return;
+    const CommandStep step("Pick UV point");
     const ImagePick pick = PickOnImage(*point, x, y, picture1_->width(), picture1_->height());
     if (!pick.uText.empty()) handlers_.setText(uvbox_[0], QString::fromStdString(pick.uText));
     if (!pick.vText.empty()) handlers_.setText(uvbox_[1], QString::fromStdString(pick.vText));

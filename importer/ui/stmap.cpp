@@ -23,6 +23,7 @@
 #include "importer/image/AtlasImage.h"
 #include "importer/ui/stmapSettings.h"
 #include "shell/HelpOps.h"
+#include "shell/HistoryOps.h"
 #include "shell/IniOps.h"
 #include "shell/fileOps.h"
 
@@ -392,7 +393,10 @@ void stmap::cmdExportClick() {
         setEnabled(true);
         return;
     }
-    if (made) CurrentProject.OIF = AddPart(made->part, CurrentProject.OIF);
+    if (made) {
+        CurrentProject.OIF = AddPart(made->part, CurrentProject.OIF);
+        RecordCommand("Stadium Importer");
+    }
     TheViews().RefreshPartsList();
     TheViews().RebuildPreviews();
     if (ReadConfig("Stadium Importer", "AutoClose") == "1") {

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFileInfo>
@@ -16,6 +17,8 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QUrl>
+
+#include <ctime>
 
 #include "core/Cp1252.h"
 #include "core/Desktop.h"
@@ -31,8 +34,10 @@
 #include "importer/ui/stmap.h"
 #include "shell/CommandOps.h"
 #include "shell/HelpOps.h"
+#include "shell/HistoryOps.h"
 #include "shell/ImportOps.h"
 #include "shell/IniOps.h"
+#include "shell/JournalOps.h"
 #include "shell/SaveOps.h"
 #include "shell/StadiumCatalogue.h"
 #include "shell/ToolsOps.h"
@@ -94,6 +99,9 @@ const vorn::MenuCommand vorn::MenuCommands[] = {
     {"&File", "-", "", On, nullptr},
     {"&File", "E&xit", "Ctrl+Q", On, &vorn::fileexit},
 
+    {"&Edit", "&Undo", "Ctrl+Z", Disabled, &vorn::editundo},
+    {"&Edit", "&Redo", "Ctrl+Y|Ctrl+Shift+Z", Disabled, &vorn::editredo},
+    {"&Edit", "-", "", On, nullptr},
     {"&Edit", "Cu&t", "Ctrl+X", On, &vorn::editcut},
     {"&Edit", "&Copy", "Ctrl+C", On, &vorn::editcopy},
     {"&Edit", "&Paste", "Ctrl+V", On, &vorn::editpaste},
@@ -204,9 +212,20 @@ vorn::vorn(QWidget* parent) : QMainWindow(parent) {
     enableInstalledTools();
     menuAction(QStringLiteral("Stadium Previews"))->setEnabled(ReadConfigFlag("Terramason", "PreviewRefresh"));
     refreshTitle();
+
+    // Every recorded step names itself in the Edit menu and goes to the recovery journal.
+    History = ProjectHistory{};
+    if (!AppFolder.empty()) journal_ = std::make_unique<JournalWriter>(RecoveryFolder());
+    SetHistoryListener([this](const std::shared_ptr<const ProjectState>& state) {
+        updateUndoActions();
+        if (journal_) journal_->Offer(state, static_cast<std::int64_t>(std::time(nullptr)));
+    });
+    // A typing run ends where the user leaves the field.
+    connect(qApp, &QApplication::focusChanged, this, [] { EndTypingRun(History); });
 }
 
 vorn::~vorn() {
+    SetHistoryListener(nullptr);
     // The children go first, while the views that reach them still stand.
     mdi_->closeAllSubWindows();
     views_.reset();
@@ -239,7 +258,11 @@ void vorn::buildMenus() {
             action = menu->addAction(caption);
             actions_.insert(caption, action);
         }
-        if (*c.shortcut) action->setShortcut(QKeySequence(QString::fromUtf8(c.shortcut)));
+        // "Ctrl+Y|Ctrl+Shift+Z": one entry answers either key.
+        QList<QKeySequence> keys;
+        for (const QString& key : QString::fromUtf8(c.shortcut).split(QLatin1Char('|'), Qt::SkipEmptyParts))
+            keys << QKeySequence(key);
+        action->setShortcuts(keys);
         if (c.state & Checked) {
             action->setCheckable(true);
             action->setChecked(true);
@@ -351,9 +374,24 @@ void vorn::rebuildChildWindows() {
     TheViews().loadviews();
 }
 
-void vorn::createnew(int index, const std::string& name) {
+void vorn::createnew(int index, const std::string& name, const std::string& step) {
+    const bool first = !projectOpen_;
     // A project whose making failed half-way still opens: its windows show what there is.
     GuardedRun("Making the project", [&] { CurrentProject = MakeProject(CurrentProject, index, name); });
+    openProjectWindows();
+    // The first project starts the history; a later one replaces the open project as a step, so
+    // that undo brings the earlier one back.
+    if (first) StartProjectHistory();
+    else RecordCommand(step);
+}
+
+void vorn::RecoverProject(StadiumProject project) {
+    CurrentProject = std::move(project);
+    openProjectWindows();
+    StartProjectHistory();
+}
+
+void vorn::openProjectWindows() {
     // MakeProject leaves the parts list to the windows; it is filled here, before they open.
     TheViews().RefreshPartsList();
     // A new project opens the Texture Manager (hidden) on its first texture, image and points.
@@ -371,7 +409,7 @@ void vorn::createnew(int index, const std::string& name) {
 
 void vorn::shownew() {
     vornnewproj dialog(this);
-    if (dialog.shownew() == QDialog::Accepted) createnew(dialog.basedOn(), dialog.projectName());
+    if (dialog.shownew() == QDialog::Accepted) createnew(dialog.basedOn(), dialog.projectName(), "Open Project");
 }
 
 void vorn::SetMaximised(bool maximised) { setWindowState(maximised ? Qt::WindowMaximized : Qt::WindowNoState); }
@@ -399,6 +437,7 @@ void vorn::importNamedFiles(const QStringList& paths) {
                 return;
             }
             if (!projectOpen_) createnew(0, Utf8ToCp1252(QFileInfo(path).completeBaseName().toStdString()));
+            const CommandStep step("Import");
             ImportByExtension(file);
         });
     }
@@ -432,7 +471,11 @@ void vorn::ShowNewProject() {
 
 // Ends the event loop without closing the windows first: Qt's quit() would close them, and the
 // close of this frame asks the quit question again.
-void vorn::EndProgram() { QCoreApplication::exit(0); }
+void vorn::EndProgram() {
+    // A normal end: nothing is left to recover.
+    if (journal_) journal_->Close();
+    QCoreApplication::exit(0);
+}
 
 void vorn::closeEvent(QCloseEvent* event) {
     event->ignore();
@@ -456,7 +499,10 @@ void vorn::closeEvent(QCloseEvent* event) {
 
 void vorn::filenew() { createnew(0, "Project1"); }
 
-void vorn::fileimport() { importfile(); }
+void vorn::fileimport() {
+    const CommandStep step("Import");
+    importfile();
+}
 
 void vorn::filesave() { exportoif(); }
 
@@ -487,7 +533,37 @@ void vorn::editcopy() { CopyFromControl(QApplication::focusWidget()); }
 
 void vorn::editpaste() { PasteIntoControl(QApplication::focusWidget()); }
 
-void vorn::editdelete() { DeleteSelectedParts(); }
+void vorn::editundo() {
+    if (UndoCommand()) afterHistoryMove();
+}
+
+void vorn::editredo() {
+    if (RedoCommand()) afterHistoryMove();
+}
+
+void vorn::afterHistoryMove() {
+    // The windows follow the document as after any command: the lists are never stale.
+    refreshTitle();
+    TheViews().RefreshPartsList();
+    TheViews().RebuildPreviews();
+    if (vorntexture* textures = vorntexture::existing())
+        textures->handlers().setRow(textures->texturebox(), std::max(0, textures->texturebox()->currentIndex()));
+}
+
+void vorn::updateUndoActions() {
+    const std::string undo = UndoCaption(History), redo = RedoCaption(History);
+    QAction* u = menuAction(QStringLiteral("&Undo"));
+    QAction* r = menuAction(QStringLiteral("&Redo"));
+    u->setText(undo.empty() ? QStringLiteral("&Undo") : QStringLiteral("&Undo ") + QString::fromStdString(undo));
+    r->setText(redo.empty() ? QStringLiteral("&Redo") : QStringLiteral("&Redo ") + QString::fromStdString(redo));
+    u->setEnabled(!undo.empty());
+    r->setEnabled(!redo.empty());
+}
+
+void vorn::editdelete() {
+    const CommandStep step("Delete");
+    DeleteSelectedParts();
+}
 
 void vorn::showallmenu() {
     if (vornselectobj* list = selectobj()) list->selectAllRows(true);
@@ -536,14 +612,26 @@ void vorn::tickoifform() {
 
 // ---- Project
 
-void vorn::importcrowd() { ::importcrowd(); }
+void vorn::importcrowd() {
+    const CommandStep step("Import Crowds");
+    ::importcrowd();
+}
 
-void vorn::importadboard() { ::importadboard(); }
+void vorn::importadboard() {
+    const CommandStep step("Import Adboards");
+    ::importadboard();
+}
 
-void vorn::importbanner() { ::importbanner(); }
+void vorn::importbanner() {
+    const CommandStep step("Import Banners");
+    ::importbanner();
+}
 
-// The lists are not refreshed: they keep their rows until the next refresh.
-void vorn::mergetextures() { MergeSameTexture(CurrentProject.OIF, false); }
+// The lists are not refreshed: they keep their rows until the next refresh, or an undo.
+void vorn::mergetextures() {
+    const CommandStep step("Merge parts");
+    MergeSameTexture(CurrentProject.OIF, false);
+}
 
 void vorn::importpreviewtextures() {
     const std::string file = TheDesktop().OpenFile(PreviewTextureTitle, PreviewTextureFilter, "", AppFolder);

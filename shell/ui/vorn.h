@@ -15,6 +15,7 @@ class QMdiArea;
 class QMenu;
 class QToolBar;
 class vornselectobj;
+class JournalWriter;
 
 class vorn : public QMainWindow, public StartupFrame {
     Q_OBJECT
@@ -31,7 +32,8 @@ public:
 
     // Makes the project: base stadium by its index in the "Based on:" list, name as document
     // text. Replaces any open project without a question.
-    void createnew(int index, const std::string& name);
+    // `step` names the replacement of an open project in the history.
+    void createnew(int index, const std::string& name, const std::string& step = "New Project");
     // Opens vornnewproj and makes the project it is closed with.
     void shownew();
 
@@ -60,6 +62,7 @@ public:
     void ShowNewProject() override;
     void EndProgram() override;
     void OpenNamedFile(const std::string& path) override;
+    void RecoverProject(StadiumProject project) override;
 
     // Files given to the program, by the command line or a drop: each imported by its extension,
     // into a new project named after the first when none is open yet.
@@ -95,6 +98,8 @@ private:
     void editcopy();
     void editpaste();
     void editdelete();
+    void editundo();
+    void editredo();
     void showallmenu();
     void hideallmenu();
     // view
@@ -135,6 +140,13 @@ private:
     void helpabout();
     void showstadwizard();
 
+    // The windows of an open project: lists, previews, the OIF Editor as config.ini says.
+    void openProjectWindows();
+    // After an undo or redo: title, lists and previews as after any command.
+    void afterHistoryMove();
+    // The Undo and Redo entries name the steps they would take.
+    void updateUndoActions();
+
     // The OIF Editor window, vornoifform, and the tick of its View entry, set when it shows.
     void showoifform();
     void hideoifform();
@@ -147,6 +159,7 @@ private:
     QMap<QString, QAction*> actions_;
     QMap<QString, QAction*> buttons_;
     std::unique_ptr<FrameViews> views_;
+    std::unique_ptr<JournalWriter> journal_;
     // Set by the first createnew for good: a project made with an empty name is still open.
     bool projectOpen_ = false;
 };

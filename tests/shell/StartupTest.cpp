@@ -15,6 +15,11 @@ struct RecordingFrame : StartupFrame {
     void ShowNewProject() override { steps.push_back("shownew"); }
     void EndProgram() override { steps.push_back("end"); }
     void OpenNamedFile(const std::string& path) override { steps.push_back("open " + path); }
+    void RecoverProject(StadiumProject project) override {
+        steps.push_back("recover " + project.Name);
+        recovered = std::move(project);
+    }
+    StadiumProject recovered;
 };
 
 class Startup : public ::testing::Test {

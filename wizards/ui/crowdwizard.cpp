@@ -15,6 +15,7 @@
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "shell/HistoryOps.h"
 #include "shell/IniOps.h"
 #include "shell/fileOps.h"
 
@@ -196,7 +197,10 @@ CrowdWizardInput crowdwizard::input() const {
     return in;
 }
 
-void crowdwizard::makecrowds() { CurrentProject.OIF = MakeCrowds(CurrentProject.OIF, input()); }
+void crowdwizard::makecrowds() {
+    const CommandStep step("Create crowds");
+    CurrentProject.OIF = MakeCrowds(CurrentProject.OIF, input());
+}
 
 void crowdwizard::nextbutClick() {
     int t = page();

@@ -9,6 +9,7 @@
 #include "core/ProgramState.h"
 #include "editors/ui/NumericKeys.h"
 #include "editors/ui/vornoifform.h"
+#include "shell/HistoryOps.h"
 #include "wizards/LightingOps.h"
 
 namespace {
@@ -58,6 +59,7 @@ lightingwizard::lightingwizard(QWidget* parent)
 }
 
 void lightingwizard::applyLighting() {
+    const CommandStep step("Lighting");
     CurrentProject.OIF = ApplyLighting(CurrentProject.OIF, originbox_->text().toStdString());
     // The editor's vertex rows show colours; the preview and the parts list are left as they are.
     if (vornoifform* editor = vornoifform::existing()) editor->oifpartboxClick();

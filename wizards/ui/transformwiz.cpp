@@ -13,6 +13,7 @@
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "shell/HistoryOps.h"
 
 namespace {
 
@@ -113,6 +114,7 @@ TransformSettings transformwiz::settings() const {
 }
 
 void transformwiz::dotransform() {
+    const CommandStep step("Transformation");
     CurrentProject.OIF = TransformParts(CurrentProject.OIF, settings());
     TheViews().RefreshPartsList();
     TheViews().RebuildPreviews();
