@@ -75,6 +75,14 @@ bool NameTextureForPreview(const std::string& source, const std::string& name) {
         ShowMessage("Enter a texture name.", MessageIcon::Exclamation, "Terramason");
         return false;
     }
+    // The name becomes a file name in the scratch folder, and nowhere else.
+    if (name.find_first_of("/\\") != std::string::npos || name.find("..") != std::string::npos) {
+        ShowMessage(
+            "A texture name cannot hold \"/\", \"\\\" or \"..\": the picture is kept in the scratch folder "
+            "under the name it is given.",
+            MessageIcon::Exclamation, "Terramason");
+        return false;
+    }
     std::filesystem::copy_file(source, TexturePngPath(name), std::filesystem::copy_options::overwrite_existing);
     return true;
 }

@@ -56,5 +56,6 @@ inline constexpr const char* PreviewTextureTitle = "Import texture for preview..
 inline constexpr const char* PreviewTextureFilter = "Portable Network Graphics (*.png)|*.png";
 
 // "&Ok" of the texture naming window: copies the chosen PNG to the image of the named texture.
-// An empty name is refused with a message and gives false.
+// An empty name, or one that would lead out of the scratch folder, is refused with a message and
+// gives false.
 bool NameTextureForPreview(const std::string& source, const std::string& name);

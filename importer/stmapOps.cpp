@@ -150,10 +150,8 @@ std::int32_t MeshTextureIndex(const Model3DS& model, const std::string& material
 
 std::int32_t MeshTextureIndex(const std::string& materialName) { return MeshTextureIndex(Table3DS, materialName); }
 
-LoadResult LoadImportModel(const std::string& file, const std::string& texturesPath, const PictureReader& read) {
-    Importer.ImportFile = file;
-    Importer.TexturesPath = texturesPath;
-    if (Importer.TexturesPath.empty() || Importer.TexturesPath.back() != '/') Importer.TexturesPath += '/';
+namespace {
+LoadResult LoadModelTextures(const std::string& file, const PictureReader& read) {
     switch (ImportKindOf(file)) {
     case ImportKind::Model3DS:
         if (!Read3DSFile(file)) return LoadResult::Refused;
@@ -174,9 +172,24 @@ LoadResult LoadImportModel(const std::string& file, const std::string& texturesP
     }
     case ImportKind::Other: break;
     }
-    Importer.ImportTextures.clear();
     ShowMessage(UnsupportedExtensionMessage, MessageIcon::None);
     return LoadResult::Unsupported;
+}
+}  // namespace
+
+LoadResult LoadImportModel(const std::string& file, const std::string& texturesPath, const PictureReader& read) {
+    Importer.ImportFile = file;
+    Importer.TexturesPath = texturesPath;
+    if (Importer.TexturesPath.empty() || Importer.TexturesPath.back() != '/') Importer.TexturesPath += '/';
+    Importer.ImportTextures.clear();
+    const LoadResult result = LoadModelTextures(file, read);
+    // A load given up half-way keeps nothing: a texture whose picture was never kept, or a list
+    // that the model does not stand behind, would be acted on by the next command.
+    if (result != LoadResult::Loaded) {
+        Importer.ImportTextures.clear();
+        Importer.ImportFile.clear();
+    }
+    return result;
 }
 
 void RemapUV(OIFVertex& vertex, const ImportTexture& r, std::int32_t sheetWidth, std::int32_t sheetHeight) {

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QStatusBar>
 #include <QTreeWidget>
 #include <algorithm>
@@ -151,6 +152,11 @@ stmap::stmap(QWidget* owner) : QWidget(owner, Qt::Window) {
 
     connect(lvTex_, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem* item) { lvTexItemClick(lvTex_->indexOfTopLevelItem(item) + 1); });
+    // The keys that move through the list choose the texture as a click does.
+    connect(lvTex_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+        const int n = lvTex_->indexOfTopLevelItem(item) + 1;
+        if (n >= 1 && n != currentItem_) lvTexItemClick(n);
+    });
     connect(cboTexsize_, &QComboBox::currentIndexChanged, this, &stmap::cboTexsizeChange);
     connect(cmdMap_, &QPushButton::clicked, this, &stmap::cmdMapClick);
     connect(cmdReset_, &QPushButton::clicked, this, &stmap::cmdResetClick);
@@ -203,6 +209,7 @@ bool stmap::loadModel() {
     const std::string file = desktop.OpenFile(
         "Select file to import...",
         "All supported files|*.3ds;*.txt|Autodesk 3DS (*.3ds)|*.3ds|RAV Exported Text (*.txt)|*.txt", "", "");
+    pictures_.clear();
     if (file.empty()) return false;
     const std::string folder = desktop.BrowseForFolder("Select Textures Path");
     if (folder.empty()) return false;
@@ -233,6 +240,9 @@ void stmap::DoLoad() {
         handle->installEventFilter(this);
         picHandle_.push_back(handle);
     }
+    // The list's first row becomes current as it is added, before its box exists: the list is
+    // quiet until it is whole.
+    QSignalBlocker quiet(lvTex_);
     for (const ImportTexture& t : Importer.ImportTextures) {
         auto* item = new QTreeWidgetItem(lvTex_, {UiText(t.Name)});
         item->setIcon(0, MappedIcon(false));
@@ -250,6 +260,7 @@ void stmap::DoLoad() {
         lvTex_->setCurrentItem(lvTex_->topLevelItem(0));
         currentItem_ = 1;
     }
+    quiet.unblock();
     setEnabled(true);
     show();
 }

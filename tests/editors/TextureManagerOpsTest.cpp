@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "core/ProgramState.h"
 #include "editors/TextureManagerOps.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
 
 TEST(TextureManagerPoints, OnlyRowsWithASlotTakeAPoint) {
     std::vector<TextureSlot> slots(35);
@@ -45,4 +50,20 @@ TEST(TextureManagerImport, OnlyPNGIsCopied) {
     EXPECT_TRUE(ImportCopiesFile("/a/Grass.PNG"));
     EXPECT_FALSE(ImportCopiesFile("/a/grass.jpg"));
     EXPECT_FALSE(ImportCopiesFile("/a.png/grass"));
+}
+
+TEST(TextureManagerImport, ANameThatWouldLeaveTheScratchFolderIsRefused) {
+    ScratchFolder dir;
+    AppFolder = dir.file("app");
+    std::filesystem::create_directories(TempFolder());
+    WriteFile(dir.file("in.png"), {'P', 'N', 'G'});
+    ScriptedDesktop desktop;
+    for (const char* name : {"../tp00", "a/b", "a\\b", "..", "x..y"}) {
+        EXPECT_FALSE(NameTextureForPreview(dir.file("in.png"), name)) << name;
+        EXPECT_FALSE(std::filesystem::exists(dir.file("app/tp00.png")));
+    }
+    EXPECT_EQ(desktop.messages.size(), 5u);
+    EXPECT_TRUE(NameTextureForPreview(dir.file("in.png"), "rwh0"));
+    EXPECT_EQ(ReadFile(TexturePngPath("rwh0")), ReadFile(dir.file("in.png")));
+    AppFolder.clear();
 }

@@ -155,6 +155,30 @@ private slots:
         QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier);
         QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
         QCOMPARE(w->currentItem(), 0);
+        w->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        // Given up at the second texture, and at a picture that cannot be read: nothing is kept of
+        // the textures found before, so every command acts on an empty list.
+        WriteTextures(program_->folder);
+        WriteFile(program_->folder.file("broken.bmp"), {'B', 'M', 1});
+        std::filesystem::remove(program_->folder.file("pitch.bmp"));
+        for (const std::string& answer : {std::string(), program_->folder.file("broken.bmp")}) {
+            desktop_->dialogAnswers = {Model, program_->folder.path(), answer};
+            desktop_->answers = {MessageAnswer::No};
+            stmap::open(nullptr);
+            w = stmap::existing();
+            QVERIFY(w);
+            QCOMPARE(w->lvTex()->topLevelItemCount(), 0);
+            QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
+            QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier);
+            QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
+            QTest::mouseClick(w->cmdCheckBounds(), Qt::LeftButton);
+            w->repaint();
+            desktop_->answers = {MessageAnswer::Yes};
+            w->close();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
     }
 
     void mapAndResetActOnTheSelectedTextureAndWithCtrlOnAll() {
@@ -178,6 +202,12 @@ private slots:
         QTest::mouseClick(w->cmdCheckBounds(), Qt::LeftButton);
         QCOMPARE(desktop_->messages.back().text, std::string("Texture 'wall.bmp' is out of image boundaries."));
         QCOMPARE(desktop_->messages.back().title, std::string("Check Bounds"));
+        // A row chosen with the keys is the texture the commands act on.
+        w->lvTex()->setFocus();
+        QTest::keyClick(w->lvTex(), Qt::Key_Down);
+        QCOMPARE(w->currentItem(), 2);
+        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
+        QVERIFY(!w->box(2).Visible && w->box(1).Visible);
     }
 
     void draggingATextureSnapsToTheEdgesAndToOtherTextures() {
