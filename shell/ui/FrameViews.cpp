@@ -96,7 +96,7 @@ PreviewSelection FrameViews::Selection() {
 
 void FrameViews::showselectobj() {
     QWidget* frame = selectobj()->parentWidget();
-    frame->setGeometry(0, 0, TwipsToPixels(1850), TwipsToPixels(9500));
+    frame->setGeometry(0, 0, PixelsFromTwips(1850), PixelsFromTwips(9500));
     frame->show();
 }
 
@@ -131,7 +131,7 @@ void FrameViews::loadviews() {
         w->Cortona1()->setRenderFlags(flags[i]);
     }
     for (int i = 0; i < PreviewWindowCount; ++i)
-        CortonaViewer::window(i)->Cortona1()->setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[i])));
+        CortonaViewer::LoadView(PreviewWindowNames[i], ViewFilePath(PreviewWindowNames[i]));
     for (int i = 0; i < PreviewWindowCount; ++i) {
         CortonaViewer::window(i)->Label()->setText(QString::fromLatin1(PreviewWindowNames[i]));
         frames[i]->setGeometry(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height);

@@ -163,13 +163,13 @@ private slots:
         QCOMPARE(frame_->mdiArea()->subWindowList().size(), 1);  // the parts list alone
     }
 
-    void aDragOfAHundredPixelsTurnsTheViewByOneDegree() {
+    void aDragOfAHundredPixelsTurnsTheViewByFifteenDegrees() {
         openProject();
         VrmlView* view = w(ViewBack)->Cortona1();
         QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(20, 30));
         QTRY_COMPARE(CortonaViewer::activeIndex(), int(ViewBack));
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(120, 30));
-        const float turned = float(StartPreviewViews()[ViewBack].SceneRotationY + DegToRad(1));
+        const float turned = float(StartPreviewViews()[ViewBack].SceneRotationY + DegToRad(15));
         QCOMPARE(PreviewViews[ViewBack].SceneRotationY, turned);
         QCOMPARE(PreviewViews[ViewBack].SceneRotationX, StartPreviewViews()[ViewBack].SceneRotationX);
         const std::string line = "   rotation 0 1 0 " + SingleText(turned) + "\r\n";
