@@ -320,17 +320,6 @@ private slots:
         QCOMPARE(PreviewViews[ViewBack].SceneRotationX, float(start(ViewBack).SceneRotationX + DegToRad(15)));
     }
 
-    void theNewViewIsWhatTheViewerShows() {
-        CortonaViewer* persp = w(ViewPerspective);
-        const int before = NotBackground(persp->Cortona1()->grabFramebuffer());
-        QVERIFY2(before > 50, "the pitch is in the picture");
-        for (int i = 0; i < 3; ++i) QTest::mouseClick(persp->zoomin(), Qt::LeftButton);
-        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, 27000.0f);
-        QCOMPARE(persp->Cortona1()->camera().z, 27000.0f);
-        const int after = NotBackground(persp->Cortona1()->grabFramebuffer());
-        QVERIFY2(after > before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
-    }
-
     void viewsWithoutAWindowAreSkipped() {
         // A description of no window: the hooks do nothing and nothing breaks.
         CortonaViewer::ReleaseView("Vertex");
