@@ -25,7 +25,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <condition_variable>
 #include <cstddef>
+#include <functional>
+#include <mutex>
+#include <thread>
 
 SO_NODE_SOURCE(PartShapeNode);
 
@@ -83,6 +87,98 @@ inline bool MayCoverPixelCentre(const float* a, const float* b, const float* c, 
                 return true;
         }
     return false;
+}
+
+// The points on the screen, relative to the viewport, with the pixel centres at whole numbers; a
+// point behind the eye or far off the screen at infinity.
+void Project(const float* points, std::size_t from, std::size_t to, const float* k, int width, int height, float* out) {
+    const float halfW = static_cast<float>(width) * 0.5f, halfH = static_cast<float>(height) * 0.5f;
+    for (std::size_t i = from; i < to; ++i) {
+        const float x = points[3 * i], y = points[3 * i + 1], z = points[3 * i + 2];
+        const float cx = x * k[0] + y * k[4] + z * k[8] + k[12];
+        const float cy = x * k[1] + y * k[5] + z * k[9] + k[13];
+        const float cw = x * k[3] + y * k[7] + z * k[11] + k[15];
+        float sx = (cx / cw + 1) * halfW - 0.5f, sy = (cy / cw + 1) * halfH - 0.5f;
+        if (!(cw > 0) || !(std::fabs(sx) < FarOff && std::fabs(sy) < FarOff)) sx = sy = INFINITY;
+        out[2 * i] = sx;
+        out[2 * i + 1] = sy;
+    }
+}
+
+// Writes the corners of the faces from `first` to `last` that may cover a pixel centre to `sent`, in
+// the order that keeps the strip's turning sense; returns the end.
+std::uint32_t* KeepSeenFaces(const std::uint32_t* first, const std::uint32_t* last, const std::int16_t* strip,
+                             const float* projected, int width, int height, std::uint32_t* sent) {
+    for (; first != last; ++first) {
+        const std::uint32_t start = *first;
+        if (!MayCoverPixelCentre(projected + 2 * strip[start], projected + 2 * strip[start + 1],
+                                 projected + 2 * strip[start + 2], width, height))
+            continue;
+        const std::uint32_t odd = start % 2;
+        sent[0] = start + odd;
+        sent[1] = start + 1 - odd;
+        sent[2] = start + 2;
+        sent += 3;
+    }
+    return sent;
+}
+
+// A second thread for the work of a frame on a large part: while a frame chooses its faces, the
+// renderer's own threads have nothing to do.
+class Helper {
+public:
+    ~Helper() {
+        {
+            std::lock_guard lock(mutex_);
+            stopping_ = true;
+        }
+        wake_.notify_all();
+        if (thread_.joinable()) thread_.join();
+    }
+    void start(std::function<void()> job) {
+        if (!thread_.joinable()) thread_ = std::thread([this] { loop(); });
+        {
+            std::lock_guard lock(mutex_);
+            job_ = std::move(job);
+        }
+        wake_.notify_all();
+    }
+    void wait() {
+        std::unique_lock lock(mutex_);
+        done_.wait(lock, [this] { return !job_; });
+    }
+
+private:
+    void loop() {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            wake_.wait(lock, [this] { return stopping_ || job_; });
+            if (stopping_) return;
+            lock.unlock();
+            job_();
+            lock.lock();
+            job_ = nullptr;
+            done_.notify_all();
+        }
+    }
+    std::mutex mutex_;
+    std::condition_variable wake_, done_;
+    std::function<void()> job_;
+    bool stopping_ = false;
+    std::thread thread_;
+};
+
+// Runs work(from, to) over [0, count): a large count in two halves at once.
+void InTwo(std::size_t count, const std::function<void(std::size_t, std::size_t)>& work) {
+    static Helper helper;
+    if (count < 20000) {
+        work(0, count);
+        return;
+    }
+    const std::size_t half = count / 2;
+    helper.start([&] { work(half, count); });
+    work(0, half);
+    helper.wait();
 }
 
 struct DoomedBuffers {
@@ -201,38 +297,24 @@ void PartShapeNode::selectFaces(SoState* state, std::uint32_t context, Buffers& 
     if (b.keyed && std::equal(key, key + 16, b.key) && std::equal(viewport, viewport + 4, b.viewport)) return;
 
     if (skip) {
-        const std::vector<float>& points = shape_->Points;
-        const std::size_t count = points.size() / 3;
+        const std::size_t count = shape_->Points.size() / 3;
         projected_.resize(2 * count);
-        const float halfW = size[0] * 0.5f, halfH = size[1] * 0.5f;
-        const float* k = key;
-        float* out = projected_.data();
-        for (std::size_t i = 0; i < count; ++i) {
-            const float x = points[3 * i], y = points[3 * i + 1], z = points[3 * i + 2];
-            const float cx = x * k[0] + y * k[4] + z * k[8] + k[12];
-            const float cy = x * k[1] + y * k[5] + z * k[9] + k[13];
-            const float cw = x * k[3] + y * k[7] + z * k[11] + k[15];
-            // Relative to the viewport, with the pixel centres at whole numbers.
-            float sx = (cx / cw + 1) * halfW - 0.5f, sy = (cy / cw + 1) * halfH - 0.5f;
-            if (!(cw > 0) || !(std::fabs(sx) < FarOff && std::fabs(sy) < FarOff)) sx = sy = INFINITY;
-            out[2 * i] = sx;
-            out[2 * i + 1] = sy;
-        }
-        const std::int16_t* strip = shape_->Strip.data();
+        InTwo(count, [&](std::size_t from, std::size_t to) {
+            Project(shape_->Points.data(), from, to, key, size[0], size[1], projected_.data());
+        });
         shown_.resize(3 * faceStarts_.size());
-        std::uint32_t* sent = shown_.data();
-        for (const std::uint32_t start : faceStarts_) {
-            const float* a = out + 2 * strip[start];
-            const float* bb = out + 2 * strip[start + 1];
-            const float* c = out + 2 * strip[start + 2];
-            if (!MayCoverPixelCentre(a, bb, c, size[0], size[1])) continue;
-            const std::uint32_t odd = start % 2;
-            sent[0] = start + odd;
-            sent[1] = start + 1 - odd;
-            sent[2] = start + 2;
-            sent += 3;
+        std::uint32_t* ends[2] = {};
+        InTwo(faceStarts_.size(), [&](std::size_t from, std::size_t to) {
+            ends[from ? 1 : 0] = KeepSeenFaces(faceStarts_.data() + from, faceStarts_.data() + to, shape_->Strip.data(),
+                                               projected_.data(), size[0], size[1], shown_.data() + 3 * from);
+        });
+        // The second half's faces follow the first half's.
+        std::uint32_t* end = ends[0];
+        if (ends[1]) {
+            std::uint32_t* second = shown_.data() + 3 * (faceStarts_.size() / 2);
+            end = std::copy(second, ends[1], ends[0]);
         }
-        shown_.resize(static_cast<std::size_t>(sent - shown_.data()));
+        shown_.resize(static_cast<std::size_t>(end - shown_.data()));
     } else {
         shown_.clear();
         for (const std::uint32_t start : faceStarts_) appendFace(start, shown_);
