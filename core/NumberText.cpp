@@ -38,6 +38,19 @@ void AppendDoubleText(std::string& out, double value) {
     out.append(buf, GeneralText(buf, buf + sizeof buf, value, 15));
 }
 
+float SingleFromText(const char* first, const char* last) {
+    double value = 0;
+    std::from_chars(first, last, value);
+    return static_cast<float>(value);
+}
+
+float AppendSingleTextRead(std::string& out, float value) {
+    char buf[32];
+    char* end = GeneralText(buf, buf + sizeof buf, static_cast<double>(FiniteSingle(value)), 7);
+    out.append(buf, end);
+    return SingleFromText(buf, end);
+}
+
 std::string SingleText(float value) {
     std::string s;
     AppendSingleText(s, value);

@@ -13,6 +13,12 @@ std::string DoubleText(double value);
 // The same two, appended to a text without making one of their own.
 void AppendSingleText(std::string& out, float value);
 void AppendDoubleText(std::string& out, double value);
+// What a reader of number text makes of the text from first to last, as a VRML reader does: the
+// nearest double, stored as a float. The text must be one whole number.
+float SingleFromText(const char* first, const char* last);
+// Appends SingleText(value) and returns what a reader gets back from it, which is not always value:
+// seven digits do not hold every float.
+float AppendSingleTextRead(std::string& out, float value);
 // A 16-bit index as signed decimal; 65535 stored in an index reads back as -1.
 std::string IndexText(std::int16_t value);
 

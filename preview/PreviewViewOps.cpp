@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <string>
 
+#include "core/NumberText.h"
 #include "core/myOps.h"
 
 bool RenderFlagsShowTextures(int flags) { return (flags & 256) == 0; }
@@ -41,14 +44,41 @@ void PressTurn(TurnStart& start, std::int16_t button, float x, float y) {
     start.Y = y;
 }
 
-bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y) {
+double TwipsPerPixelAt(double dotsPerInch) { return dotsPerInch > 0 ? TwipsPerInch / dotsPerInch : TwipsPerPixel; }
+
+bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y, double twipsPerPixel) {
     if (start.Button != MouseLeft) return false;
     // The travel is a single-precision quotient; the angle and the sum are double until stored.
-    const float down = (y - start.Y) / 100.0f;
-    const float across = (x - start.X) / 100.0f;
+    const auto scale = static_cast<float>(twipsPerPixel);
+    const float down = (y - start.Y) * scale / 100.0f;
+    const float across = (x - start.X) * scale / 100.0f;
     view.SceneRotationX = static_cast<float>(view.SceneRotationX + DegToRad(down));
     view.SceneRotationY = static_cast<float>(view.SceneRotationY + DegToRad(across));
     return true;
+}
+
+namespace {
+// The head prints every angle and coordinate as SingleText.
+float Printed(float value) {
+    std::string text;
+    return AppendSingleTextRead(text, value);
+}
+float FlagValue(std::int16_t flag) { return flag ? 1.0f : 0.0f; }
+}  // namespace
+
+ViewPose HeadPose(const PreviewViewpoint& view) {
+    return {Printed(view.PositionX),     Printed(view.PositionY),      Printed(view.PositionZ),
+            FlagValue(view.AxisX),       FlagValue(view.AxisY),        FlagValue(view.AxisZ),
+            Printed(view.Angle),         Printed(view.SceneRotationZ), Printed(view.SceneRotationX),
+            Printed(view.SceneRotationY)};
+}
+
+Tint PartTint(int partNumber) {
+    static constexpr Tint tints[] = {{0.40f, 0.46f, 0.60f}, {0.62f, 0.50f, 0.34f}, {0.36f, 0.55f, 0.40f},
+                                     {0.60f, 0.38f, 0.36f}, {0.32f, 0.52f, 0.58f}, {0.52f, 0.40f, 0.58f},
+                                     {0.54f, 0.54f, 0.30f}, {0.58f, 0.46f, 0.48f}};
+    constexpr int count = static_cast<int>(std::size(tints));
+    return tints[((partNumber % count) + count) % count];
 }
 
 int PixelsFromTwips(double twips) { return static_cast<int>(std::nearbyint(twips / TwipsPerPixel)); }

@@ -17,8 +17,12 @@ inline constexpr std::array<const char*, PreviewWindowCount> PreviewWindowNames 
 // The index of a description; -1 for any other text.
 int PreviewWindowOf(const std::string& description);
 
-// The window toolkit measures in twips; the screen has 15 of them to a pixel.
-inline constexpr int TwipsPerPixel = 15;
+// The window toolkit measures in twips, 1440 to the inch; the layout assumes a screen of 96 dots
+// per inch, with 15 of them to a pixel.
+inline constexpr double TwipsPerInch = 1440;
+inline constexpr int TwipsPerPixel = static_cast<int>(TwipsPerInch / 96);
+// Twips in a pixel of a screen with this logical resolution; the layout's 15 when it is unknown.
+double TwipsPerPixelAt(double dotsPerInch);
 
 // Render flags of a viewer: with the 256 bit clear it draws textures, with it set it does not.
 inline constexpr int RenderTextured = 1024;
@@ -52,9 +56,31 @@ struct TurnStart {
 };
 // Every press stores its button; only a left press moves the stored position.
 void PressTurn(TurnStart& start, std::int16_t button, float x, float y);
-// A release turns the view only after a left press: 100 units of mouse travel to one degree,
-// vertical travel about X and horizontal travel about Y. Returns whether it turned.
-bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y);
+// A release turns the view only after a left press: 100 twips of mouse travel to one degree,
+// vertical travel about X and horizontal travel about Y. The press and the release are in pixels
+// of a screen with `twipsPerPixel`. Returns whether it turned. While the button is held, the same
+// turn of a copy of the view is what the viewer shows.
+bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y, double twipsPerPixel);
+
+// What a reader of a view's head file takes from it: the camera of its Viewpoint and the angles of
+// the three nested turns, each number as its text in the file reads back. A viewer that already
+// shows the parts behind the head needs nothing else to show the file.
+struct ViewPose {
+    float X = 0, Y = 0, Z = 0;
+    float AxisX = 0, AxisY = 0, AxisZ = 0;  // the orientation flags as 0 or 1
+    float Angle = 0;
+    float TurnZ = 0, TurnX = 0, TurnY = 0;  // outermost first; the model is turned about Y first
+    bool operator==(const ViewPose&) const = default;
+};
+ViewPose HeadPose(const PreviewViewpoint& view);
+
+// The colour an untextured part is drawn in, by its part number: muted tints around slate-blue
+// that stand out from the grey background, neighbours different, so that parts are told apart.
+struct Tint {
+    float R = 0, G = 0, B = 0;
+    bool operator==(const Tint&) const = default;
+};
+Tint PartTint(int partNumber);
 
 // A rectangle in pixels.
 struct PixelRect {

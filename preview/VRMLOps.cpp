@@ -5,6 +5,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <stdexcept>
 
 #include "core/Desktop.h"
@@ -18,6 +19,8 @@ std::vector<PreviewViewpoint> PreviewViews = StartPreviewViews();
 namespace {
 
 const std::string Blanks15(15, ' ');
+
+std::string TempPath(const std::string& name) { return TempFolder() + "/" + name; }
 const std::string Blanks18(18, ' ');
 
 void WriteTextFile(const std::string& path, const std::string& text) {
@@ -91,6 +94,58 @@ void AddSceneViewpoints(std::string& b, const PreviewScene& scene) {
 
 bool Stitch(std::int16_t a, std::int16_t b, std::int16_t c) { return a == b || b == c || a == c; }
 
+// A point line whose numbers are also kept as a reader of the line gets them.
+void AddPointLineRead(std::string& b, const OIFVertex& v, bool comma, std::vector<float>& points) {
+    b.append(18, ' ');
+    points.push_back(AppendSingleTextRead(b, v.X));
+    b += ' ';
+    points.push_back(AppendSingleTextRead(b, v.Y));
+    b += ' ';
+    points.push_back(AppendSingleTextRead(b, v.Z));
+    if (comma) b += ',';
+    b += "\r\n";
+}
+
+// What the writers know of the preview files they wrote, so that a window can be told what a view
+// file holds without reading it. A file is vouched for only while its size and time are those it
+// had when written: anything else that touches it turns the record off.
+struct FileStamp {
+    std::uintmax_t size = 0;
+    std::filesystem::file_time_type time;
+    bool operator==(const FileStamp&) const = default;
+};
+
+std::optional<FileStamp> StampOf(const std::string& path) {
+    std::error_code ec, ec2;
+    FileStamp stamp{std::filesystem::file_size(path, ec), std::filesystem::last_write_time(path, ec2)};
+    if (ec || ec2) return std::nullopt;
+    return stamp;
+}
+
+struct WrittenHead {
+    PreviewViewpoint view;
+    std::optional<FileStamp> stamp;
+};
+struct InstalledFile {
+    ViewFileContents contents;
+    std::optional<FileStamp> stamp;
+};
+std::map<std::string, WrittenHead> writtenHeads;  // by description
+PartShapes writtenParts;                          // by part index, from the last WritePartFiles
+std::shared_ptr<const PartShapes> joinedParts;    // Parts.tmp, null when not known
+std::optional<FileStamp> joinedStamp;
+std::map<std::string, InstalledFile> installedViews;  // by path
+
+// The contents InstallView just wrote to `file` from the head file `head` and Parts.tmp, when
+// both are as the writers left them.
+std::optional<ViewFileContents> ContentsOfInstall(const std::string& description, const std::string& head) {
+    const auto written = writtenHeads.find(description);
+    if (written == writtenHeads.end() || !written->second.stamp || StampOf(head) != written->second.stamp)
+        return std::nullopt;
+    if (!joinedParts || !joinedStamp || StampOf(TempPath("Parts.tmp")) != joinedStamp) return std::nullopt;
+    return ViewFileContents{written->second.view, joinedParts};
+}
+
 // The strip walk of the textured files: every window of three is a triangle or a comment.
 void AddFaceStrip(std::string& b, const std::vector<std::int16_t>& indices) {
     for (std::size_t i = 0; i + 2 < indices.size(); ++i) {
@@ -109,8 +164,6 @@ void AddFaceStrip(std::string& b, const std::vector<std::int16_t>& indices) {
         b += " -1\r\n";
     }
 }
-
-std::string TempPath(const std::string& name) { return TempFolder() + "/" + name; }
 
 }  // namespace
 
@@ -287,7 +340,9 @@ std::string ViewHeaderText(const OIFFile& doc, const PreviewViewpoint& view) {
     return b;
 }
 
-std::string PartFileText(const OIFPart& part, int index) {
+bool IsFace(std::int16_t a, std::int16_t b, std::int16_t c) { return !Stitch(a, b, c); }
+
+std::string PartFileText(const OIFPart& part, int index, PartShape* shape) {
     std::string b;
     // About 60 bytes a vertex and 20 an index: one allocation for the whole part.
     b.reserve(512 + part.Vertices.size() * 64 + part.Indices.size() * 40);
@@ -302,10 +357,16 @@ std::string PartFileText(const OIFPart& part, int index) {
                              "            coord Coordinate {", "               point ["})
         AddLine(b, line);
     const std::size_t n = part.Vertices.size();
+    if (shape) {
+        *shape = PartShape{index, part.Header.Texture.str() + ".png", {}, {}, part.Indices};
+        shape->Points.reserve(3 * n);
+        shape->TexPoints.reserve(2 * n);
+    }
     for (std::size_t v = 0; v < n; ++v) {
         PumpEvents();
         const OIFVertex& x = part.Vertices[v];
-        AddPointLine(b, x.X, x.Y, x.Z, v + 1 < n);
+        if (shape) AddPointLineRead(b, x, v + 1 < n, shape->Points);
+        else AddPointLine(b, x.X, x.Y, x.Z, v + 1 < n);
     }
     AddLine(b, "               ]");
     AddLine(b, "            }");
@@ -319,9 +380,13 @@ std::string PartFileText(const OIFPart& part, int index) {
         const OIFVertex& x = part.Vertices[v];
         // The image's rows run downward; the texture's V runs upward.
         b.append(18, ' ');
-        AppendSingleText(b, x.U);
+        const float u = AppendSingleTextRead(b, x.U);
         b += ' ';
-        AppendSingleText(b, -x.V);
+        const float v_ = AppendSingleTextRead(b, -x.V);
+        if (shape) {
+            shape->TexPoints.push_back(u);
+            shape->TexPoints.push_back(v_);
+        }
         if (v + 1 < n) b += ',';
         b += "\r\n";
     }
@@ -334,27 +399,45 @@ std::string PartFileText(const OIFPart& part, int index) {
 }
 
 void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view) {
-    WriteTextFile(TempPath(view.Description + ".tmp"), ViewHeaderText(doc, view));
+    const std::string head = TempPath(view.Description + ".tmp");
+    writtenHeads.erase(view.Description);
+    WriteTextFile(head, ViewHeaderText(doc, view));
+    writtenHeads[view.Description] = {view, StampOf(head)};
 }
 
 void WritePartFiles(const OIFFile& doc) {
+    writtenParts.clear();
+    PartShapes shapes;
     for (std::size_t p = 0; p < doc.Parts.size(); ++p) {
         PumpEvents();
-        WriteTextFile(TempPath("Part_" + std::to_string(p) + ".tmp"), PartFileText(doc.Parts[p], static_cast<int>(p)));
+        auto shape = std::make_shared<PartShape>();
+        WriteTextFile(TempPath("Part_" + std::to_string(p) + ".tmp"),
+                      PartFileText(doc.Parts[p], static_cast<int>(p), shape.get()));
+        shapes.push_back(std::move(shape));
     }
+    writtenParts = std::move(shapes);
 }
 
 void AssembleParts(const OIFFile& doc, const PreviewSelection& selection) {
     const std::string parts = TempPath("Parts.tmp");
+    joinedParts.reset();
+    auto joined = std::make_shared<PartShapes>();
+    bool known = true;
     WriteTextFile(parts, "");
-    for (std::size_t p = 0; p < doc.Parts.size(); ++p)
-        if (selection.Shows(p)) AppendFile(TempPath("Part_" + std::to_string(p) + ".tmp"), parts);
+    for (std::size_t p = 0; p < doc.Parts.size(); ++p) {
+        if (!selection.Shows(p)) continue;
+        AppendFile(TempPath("Part_" + std::to_string(p) + ".tmp"), parts);
+        known = known && p < writtenParts.size();
+        if (known) joined->push_back(writtenParts[p]);
+    }
     std::string tail;
     for (int k = 0; k < 3; ++k) {
         AddLine(tail, "   ]");
         AddLine(tail, "}");
     }
     AppendTextFile(parts, tail);
+    if (known) joinedParts = std::move(joined);
+    joinedStamp = StampOf(parts);
 }
 
 void InstallView(const PreviewViewpoint& view) {
@@ -362,11 +445,20 @@ void InstallView(const PreviewViewpoint& view) {
     const std::string file = ViewFilePath(view.Description);
     Views& views = TheViews();
     views.ReleaseView(view.Description);
+    installedViews.erase(file);
     std::error_code ec;
     std::filesystem::copy_file(head, file, std::filesystem::copy_options::overwrite_existing, ec);
     if (ec) throw std::runtime_error("Cannot write \"" + file + "\": " + ec.message() + ".");
     AppendFile(TempPath("Parts.tmp"), file);
+    if (auto contents = ContentsOfInstall(view.Description, head)) installedViews[file] = {*contents, StampOf(file)};
     views.LoadView(view.Description, file);
+}
+
+std::optional<ViewFileContents> WrittenViewFile(const std::string& path) {
+    const auto installed = installedViews.find(path);
+    if (installed == installedViews.end() || !installed->second.stamp || StampOf(path) != installed->second.stamp)
+        return std::nullopt;
+    return installed->second.contents;
 }
 
 void WritePreviewFiles(const OIFFile& doc, const PreviewSelection& selection) {

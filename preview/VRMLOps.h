@@ -4,6 +4,8 @@
 // a change costs only what it has to (a rebuild rewrites all, a change of shown parts rejoins,
 // a view change rewrites one head).
 #include <array>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,8 +40,25 @@ std::vector<PreviewViewpoint> StartPreviewViews();
 // Previews are on when "Terramason"/"Previews" is "1" and PreviewRefreshOn is true.
 bool PreviewsOn();
 
+// A part as its file describes it to a VRML reader: every number as its text reads back, and the
+// faces as both index blocks list them. The writer keeps it, so that the windows can show the
+// files without reading them back.
+struct PartShape {
+    int Number = 0;                   // the part's index in the document
+    std::string Picture;              // the file name of its texture's url, "<texture>.png"
+    std::vector<float> Points;        // x y z of each vertex
+    std::vector<float> TexPoints;     // u and -v of each vertex
+    std::vector<std::int16_t> Strip;  // the index list as printed
+    bool operator==(const PartShape&) const = default;
+};
+// Whether the window of three indices a, b, c of a strip is a face of the part's file; a window
+// with two equal indices is a stitch between strip runs.
+bool IsFace(std::int16_t a, std::int16_t b, std::int16_t c);
+using PartShapes = std::vector<std::shared_ptr<const PartShape>>;
+
 std::string ViewHeaderText(const OIFFile& doc, const PreviewViewpoint& view);
-std::string PartFileText(const OIFPart& part, int index);
+// The file of one part; with `shape` also what that file describes.
+std::string PartFileText(const OIFPart& part, int index, PartShape* shape = nullptr);
 
 void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view);
 void WritePartFiles(const OIFFile& doc);
@@ -55,6 +74,18 @@ void ReloadPreviews(const OIFFile& doc, const PreviewSelection& selection);
 
 // The file of a view in the scratch folder, e.g. temp/Top.wrl.
 std::string ViewFilePath(const std::string& description);
+
+// What a view file holds, as the writers made it: the view its head was written from and the
+// shapes of the parts joined behind the head, in order. The four files of a rebuild share one
+// Parts, so a window can tell from it alone whether a new file differs from the old in its head.
+struct ViewFileContents {
+    PreviewViewpoint Head;
+    std::shared_ptr<const PartShapes> Parts;
+};
+// The contents of the file at path as InstallView last wrote it; nothing for a file the writers
+// cannot vouch for (not a view file, or its parts file not written by AssembleParts from the part
+// files of this program's last WritePartFiles).
+std::optional<ViewFileContents> WrittenViewFile(const std::string& path);
 
 // The part of loadviews that needs no window. With "Terramason"/"Previews" other than "1" it
 // does nothing and returns false: the windows are not opened. Otherwise every view goes back to

@@ -1,6 +1,7 @@
 #include "preview/ui/CoinRuntime.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QImage>
 #include <QPointer>
 #include <QTimer>
@@ -8,14 +9,18 @@
 #include <Inventor/SbImage.h>
 #include <Inventor/SbTime.h>
 #include <Inventor/SoDB.h>
+#include <Inventor/SoInput.h>
 #include <Inventor/VRMLnodes/SoVRMLImageTexture.h>
 #include <Inventor/errors/SoDebugError.h>
 #include <Inventor/errors/SoError.h>
 #include <Inventor/errors/SoMemoryError.h>
 #include <Inventor/errors/SoReadError.h>
+#include <Inventor/lists/SbStringList.h>
 #include <Inventor/sensors/SoSensorManager.h>
 
 #include <algorithm>
+
+#include "preview/ui/PartShapeNode.h"
 
 namespace {
 
@@ -58,6 +63,13 @@ void ScheduleSensors(void*) {
     }
 }
 
+bool IsSearched(const QByteArray& folder) {
+    const SbStringList& folders = SoInput::getDirectories();
+    for (int i = 0; i < folders.getLength(); ++i)
+        if (folders[i]->getString() == folder) return true;
+    return false;
+}
+
 void RunSensors() {
     SoSensorManager* sensors = SoDB::getSensorManager();
     sensors->processTimerQueue();
@@ -94,6 +106,7 @@ void EnsureCoin() {
     SoReadError::setHandlerCallback(KeepMessage, nullptr);
     SoMemoryError::setHandlerCallback(KeepMessage, nullptr);
 
+    PartShapeNode::initClass();
     SbImage::addReadImageCB(ReadImage, nullptr);
     // The world is read whole while its folder is on the search list; a later fetch would look in
     // the wrong place, or find a file the writer has since replaced.
@@ -103,6 +116,14 @@ void EnsureCoin() {
     sensorTimer->setSingleShot(true);
     QObject::connect(sensorTimer, &QTimer::timeout, RunSensors);
     SoDB::getSensorManager()->setChangedCallback(ScheduleSensors, nullptr);
+}
+
+void WithCoinFolder(const QString& folder, const std::function<void()>& read) {
+    const QByteArray name = QFile::encodeName(folder);
+    const bool searched = IsSearched(name);
+    if (!searched) SoInput::addDirectoryFirst(name.constData());
+    read();
+    if (!searched) SoInput::removeDirectory(name.constData());
 }
 
 QStringList TakeCoinMessages() {

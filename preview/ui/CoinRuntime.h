@@ -6,8 +6,14 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 // Starts Coin the first time it is called; later calls do nothing. Needs a QCoreApplication.
 void EnsureCoin();
+
+// Runs `read` with `folder` first on the list where Coin looks for the files a world names, and
+// takes it off again unless it was there before: textures are named relative to their world.
+void WithCoinFolder(const QString& folder, const std::function<void()>& read);
 
 // What Coin reported since the last call (read errors, warnings), oldest first, and forgets it.
 // Kept for tests and for a look in a debugger; never shown.

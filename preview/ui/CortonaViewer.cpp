@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 
 #include <algorithm>
 #include <array>
@@ -76,6 +77,7 @@ CortonaViewer::CortonaViewer(int index, QWidget* parent) : QWidget(parent), inde
     connect(cortona1_, &VrmlView::wheelTurned, this, &CortonaViewer::wheelTurned);
     connect(cortona1_, &VrmlView::mousePressed, this, &CortonaViewer::viewerPressed);
     connect(cortona1_, &VrmlView::mouseReleased, this, &CortonaViewer::viewerReleased);
+    connect(cortona1_, &VrmlView::mouseMoved, this, &CortonaViewer::viewerMoved);
 
     setActiveColour(false);
     layoutControls();
@@ -103,12 +105,17 @@ int CortonaViewer::activeIndex() {
     return ActiveViewIndex(active);
 }
 
-void CortonaViewer::ReleaseView(const std::string& description) {
-    if (CortonaViewer* w = existing(description)) w->Cortona1()->setScene(QString::fromLatin1(VrmlView::NoScene));
+void CortonaViewer::ReleaseView(const std::string&) {
+    // The viewer reads a file whole and closes it, so it has nothing to let go of; and dropping
+    // the picture here would throw away the parts that the new file shares with the old.
 }
 
 void CortonaViewer::LoadView(const std::string& description, const std::string& path) {
-    if (CortonaViewer* w = existing(description)) w->Cortona1()->setScene(QString::fromStdString(path));
+    CortonaViewer* w = existing(description);
+    if (!w) return;
+    if (const auto contents = WrittenViewFile(path))
+        w->Cortona1()->showPreview(QString::fromStdString(path), *contents);
+    else w->Cortona1()->setScene(QString::fromStdString(path));
 }
 
 QColor CortonaViewer::activeTitleColour() {
@@ -131,14 +138,13 @@ void CortonaViewer::setActiveColour(bool active) {
     label_->setPalette(text);
 }
 
-void CortonaViewer::reloadScene() {
-    const QString path = cortona1_->scene();
-    cortona1_->setScene(QString::fromLatin1(VrmlView::NoScene));
-    cortona1_->setScene(path);
-}
-
 void CortonaViewer::applyView(int a) {
     if (a < 0 || static_cast<std::size_t>(a) >= PreviewViews.size()) return;
+    // The picture moves first; the file, which for a large stadium takes far longer, after.
+    if (CortonaViewer* w = existing(a)) {
+        w->Cortona1()->showPose(HeadPose(PreviewViews[a]));
+        w->Cortona1()->drawNow();
+    }
     GuardedRun(PreviewViews[a].Description + " preview", [a] {
         WriteViewHeader(CurrentProject.OIF, PreviewViews[a]);
         InstallView(PreviewViews[a]);
@@ -174,10 +180,26 @@ void CortonaViewer::viewerPressed(int button, int, float x, float y) {
     PressTurn(turnStart_, static_cast<std::int16_t>(button), x, y);
 }
 
+double CortonaViewer::twipsPerPixel() const { return TwipsPerPixelAt(screen() ? screen()->logicalDotsPerInch() : 0); }
+
+void CortonaViewer::viewerMoved(int buttons, int, float x, float y) {
+    const int a = activeIndex();
+    if (!(buttons & MouseLeft) || a < 0 || static_cast<std::size_t>(a) >= PreviewViews.size()) return;
+    // The turn the release would make, shown and not yet kept.
+    PreviewViewpoint turned = PreviewViews[a];
+    if (ReleaseTurn(turned, turnStart_, x, y, twipsPerPixel()))
+        if (CortonaViewer* w = existing(a)) w->Cortona1()->showPose(HeadPose(turned));
+}
+
 void CortonaViewer::viewerReleased(int, int, float x, float y) {
     const int a = activeIndex();
-    if (a >= 0 && static_cast<std::size_t>(a) < PreviewViews.size() && ReleaseTurn(PreviewViews[a], turnStart_, x, y))
+    if (a >= 0 && static_cast<std::size_t>(a) < PreviewViews.size() &&
+        ReleaseTurn(PreviewViews[a], turnStart_, x, y, twipsPerPixel()))
         applyView(a);
+    // A turn shown while the button was held and not kept goes back.
+    for (int i = 0; i < PreviewWindowCount; ++i)
+        if (CortonaViewer* w = existing(i); w && static_cast<std::size_t>(i) < PreviewViews.size())
+            w->Cortona1()->showPose(HeadPose(PreviewViews[i]));
     // The viewer hands the keyboard to the strip after a click, so that the arrow keys pan.
     picture1_->setFocus(Qt::MouseFocusReason);
 }

@@ -1,7 +1,8 @@
 #pragma once
 // A textured preview window: a title strip whose colour marks the active one of the four, a grey
 // strip that holds the keyboard focus with the "+" and "-" buttons, and the viewer. Zoom, pan and
-// turn change the view in PreviewViews and rewrite its file; the viewer only shows files.
+// turn change the view in PreviewViews and rewrite its file; the viewer shows the change at once,
+// before the file is written, and a turn follows the mouse while the button is held.
 //
 // There are four, one per view, reached by their index (ViewTop ... ViewPerspective). Every input
 // handler acts on the first window that shows the active colour, in the order Top, Right, Back,
@@ -38,7 +39,8 @@ public:
     static int activeIndex();
 
     // The hooks of InstallView: let go of the file before it is rewritten, then show it again.
-    // Both do nothing for a description without a window.
+    // Both do nothing for a description without a window. A file the writers describe is shown
+    // from what they wrote, without reading it.
     static void ReleaseView(const std::string& description);
     static void LoadView(const std::string& description, const std::string& path);
 
@@ -48,9 +50,6 @@ public:
 
     int index() const { return index_; }
     bool showsActiveColour() const;
-
-    // Drops the world and loads it again from the same path.
-    void reloadScene();
 
     // The handlers, as the controls run them.
     void wheelTurned(int notches);
@@ -77,6 +76,9 @@ private:
     void zoomButton(int notches);
     void viewerPressed(int button, int shift, float x, float y);
     void viewerReleased(int button, int shift, float x, float y);
+    void viewerMoved(int buttons, int shift, float x, float y);
+    // The twips in a pixel of the screen the window is on.
+    double twipsPerPixel() const;
     // WriteViewHeader and InstallView for view a, after its change.
     static void applyView(int a);
     void layoutControls();

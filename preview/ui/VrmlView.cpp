@@ -15,13 +15,13 @@
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
 #include <Inventor/SoPath.h>
+#include <Inventor/VRMLnodes/SoVRMLTransform.h>
 #include <Inventor/VRMLnodes/SoVRMLViewpoint.h>
 #include <Inventor/actions/SoGLRenderAction.h>
 #include <Inventor/actions/SoGetBoundingBoxAction.h>
 #include <Inventor/actions/SoGetMatrixAction.h>
 #include <Inventor/actions/SoSearchAction.h>
 #include <Inventor/elements/SoGLCacheContextElement.h>
-#include <Inventor/lists/SbStringList.h>
 #include <Inventor/misc/SoContextHandler.h>
 #include <Inventor/nodes/SoComplexity.h>
 #include <Inventor/nodes/SoDirectionalLight.h>
@@ -32,8 +32,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "preview/PreviewViewOps.h"
 #include "preview/ui/CoinRuntime.h"
+#include "preview/ui/PreviewWorld.h"
 
 namespace {
 
@@ -55,14 +55,6 @@ int ButtonCode(Qt::MouseButton button) {
 int ShiftCode(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ShiftModifier ? 1 : 0) | (modifiers & Qt::ControlModifier ? 2 : 0) |
            (modifiers & Qt::AltModifier ? 4 : 0);
-}
-
-// Whether Coin already looks in folder, so that it is not taken off the list after the read.
-bool IsSearched(const QByteArray& folder) {
-    const SbStringList& folders = SoInput::getDirectories();
-    for (int i = 0; i < folders.getLength(); ++i)
-        if (folders[i]->getString() == folder) return true;
-    return false;
 }
 
 // A part without a texture to show has no colour of its own: drawn unlit it is a flat white
@@ -105,6 +97,14 @@ VrmlView::VrmlView(QWidget* parent) : QOpenGLWidget(parent), renderFlags_(Render
     texturing_ = new SoComplexity;
     texturing_->setOverride(TRUE);
     world_ = new SoSeparator;
+    viewpoint_ = new SoVRMLViewpoint;
+    viewpoint_->ref();
+    for (SoVRMLTransform*& turn : turns_) {
+        turn = new SoVRMLTransform;
+        turn->ref();
+    }
+    turns_[0]->addChild(turns_[1]);
+    turns_[1]->addChild(turns_[2]);
     root_->addChild(camera_);
     root_->addChild(headlight_);
     root_->addChild(texturing_);
@@ -123,6 +123,8 @@ VrmlView::~VrmlView() {
     // VrmlView that no longer exists.
     if (QOpenGLContext* c = context()) disconnect(c, nullptr, this, nullptr);
     root_->unref();
+    viewpoint_->unref();
+    for (SoVRMLTransform* turn : turns_) turn->unref();
 }
 
 void VrmlView::sceneChanged(void* data, SoSensor*) { static_cast<VrmlView*>(data)->update(); }
@@ -131,7 +133,14 @@ bool VrmlView::hasWorld() const { return world_->getNumChildren() > 0; }
 
 bool VrmlView::showsTextures() const { return RenderFlagsShowTextures(renderFlags_); }
 
-void VrmlView::dropWorld() { world_->removeAllChildren(); }
+void VrmlView::dropWorld() {
+    world_->removeAllChildren();
+    turns_[2]->removeAllChildren();
+    parts_.reset();
+    pose_.reset();
+}
+
+const SoNode* VrmlView::world() const { return world_; }
 
 void VrmlView::setScene(const QString& path) {
     scene_ = path;
@@ -147,17 +156,48 @@ void VrmlView::setScene(const QString& path) {
             SoInput in;
             in.setBuffer(bytes.constData(), static_cast<size_t>(bytes.size()));
             // Textures are named relative to the world's folder and read while the world is.
-            const QByteArray folder = QFile::encodeName(QFileInfo(path).absolutePath());
-            const bool searched = IsSearched(folder);
-            if (!searched) SoInput::addDirectoryFirst(folder.constData());
-            SoSeparator* read = SoDB::readAll(&in);
-            if (!searched) SoInput::removeDirectory(folder.constData());
+            SoSeparator* read = nullptr;
+            WithCoinFolder(QFileInfo(path).absolutePath(), [&] { read = SoDB::readAll(&in); });
             if (read) world_->addChild(read);
         }
     }
     bindFirstViewpoint();
     update();
 }
+
+void VrmlView::showPreview(const QString& path, const ViewFileContents& contents) {
+    scene_ = path;
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!parts_ || parts_ != contents.Parts || partsFolder_ != folder) {
+        dropWorld();
+        parts_ = contents.Parts;
+        partsFolder_ = folder;
+        world_->addChild(viewpoint_);
+        world_->addChild(turns_[0]);
+        attachParts();
+    }
+    showPose(HeadPose(contents.Head));
+}
+
+void VrmlView::attachParts() {
+    turns_[2]->removeAllChildren();
+    turns_[2]->addChild(SharedPreviewParts(parts_, partsFolder_, showsTextures()));
+}
+
+void VrmlView::showPose(const ViewPose& pose) {
+    if (!parts_ || pose_ == pose) return;
+    pose_ = pose;
+    // The same fields a reader of the head fills, through the same setters.
+    viewpoint_->position.setValue(pose.X, pose.Y, pose.Z);
+    viewpoint_->orientation.setValue(SbVec3f(pose.AxisX, pose.AxisY, pose.AxisZ), pose.Angle);
+    turns_[0]->rotation.setValue(SbVec3f(0, 0, 1), pose.TurnZ);
+    turns_[1]->rotation.setValue(SbVec3f(1, 0, 0), pose.TurnX);
+    turns_[2]->rotation.setValue(SbVec3f(0, 1, 0), pose.TurnY);
+    bindFirstViewpoint();
+    update();
+}
+
+void VrmlView::drawNow() { repaint(); }
 
 void VrmlView::bindFirstViewpoint() {
     SbVec3f position = DefaultPosition;
@@ -235,8 +275,10 @@ void VrmlView::setRenderFlags(int flags) {
     renderFlags_ = flags;
     const bool wasTextured = texturing_->textureQuality.getValue() > 0;
     texturing_->textureQuality = showsTextures() ? TextureQualityOn : 0.0f;
-    // The slate material is given while the world is read.
-    if (wasTextured != showsTextures() && hasWorld()) setScene(scene_);
+    // A preview swaps its parts for the other kind; a world read gets the slate material while it
+    // is read.
+    if (wasTextured != showsTextures() && parts_) attachParts();
+    else if (wasTextured != showsTextures() && hasWorld()) setScene(scene_);
     update();
 }
 
@@ -281,6 +323,14 @@ void VrmlView::mousePressEvent(QMouseEvent* event) {
 void VrmlView::mouseReleaseEvent(QMouseEvent* event) {
     const QPointF at = event->position();
     emit mouseReleased(ButtonCode(event->button()), ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
+}
+
+void VrmlView::mouseMoveEvent(QMouseEvent* event) {
+    const QPointF at = event->position();
+    int buttons = 0;
+    for (Qt::MouseButton b : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+        if (event->buttons() & b) buttons |= ButtonCode(b);
+    emit mouseMoved(buttons, ShiftCode(event->modifiers()), float(at.x()), float(at.y()));
 }
 
 void VrmlView::wheelEvent(QWheelEvent* event) {

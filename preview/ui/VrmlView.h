@@ -2,16 +2,28 @@
 // The VRML97 viewer behind the preview windows' control Cortona1, drawn by Coin3D in a
 // QOpenGLWidget. It loads one world by path, takes its camera from the world's first Viewpoint,
 // lights it with a headlight, and reports mouse, wheel and focus to the window, which does all
-// navigation by rewriting the file: the viewer itself never moves its camera.
+// navigation by rewriting the file: the viewer never moves its camera on its own.
+//
+// A preview file that the writers describe is shown without reading it: the head as a Viewpoint
+// and three turns of this viewer's own, the parts as nodes shared with the other previews. A new
+// file with the same parts changes only the camera and the turns.
 #include <QOpenGLWidget>
 #include <QString>
 
 #include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "preview/PreviewViewOps.h"
+#include "preview/VRMLOps.h"
 
 class SoComplexity;
 class SoDirectionalLight;
+class SoNode;
 class SoPerspectiveCamera;
 class SoSeparator;
+class SoVRMLTransform;
+class SoVRMLViewpoint;
 class SoNodeSensor;
 class SoSensor;
 
@@ -32,6 +44,18 @@ public:
     QString scene() const { return scene_; }
     bool hasWorld() const;
 
+    // Shows the preview file at path from what the writers wrote into it, as setScene would show
+    // it after reading it.
+    void showPreview(const QString& path, const ViewFileContents& contents);
+    // Puts the camera and the turns of the preview shown where this head would: for a view change
+    // before its file is written, and for a turn while the button is held. Nothing without a
+    // preview shown.
+    void showPose(const ViewPose& pose);
+    // Draws the picture before returning, instead of at the next pass of the event loop.
+    void drawNow();
+    // What is drawn: the world read or the preview shown, below the camera and the light.
+    const SoNode* world() const;
+
     // The control's "property 21". See RenderFlagsShowTextures for the meaning.
     void setRenderFlags(int flags);
     int renderFlags() const { return renderFlags_; }
@@ -50,9 +74,11 @@ public:
 
 signals:
     // Button 1 left, 2 right, 4 middle; shift 1, 2 for Ctrl, 4 for Alt; x and y in pixels from the
-    // top left of the viewer, so that a turn takes 100 pixels of drag to the degree.
+    // top left of the viewer.
     void mousePressed(int button, int shift, float x, float y);
     void mouseReleased(int button, int shift, float x, float y);
+    // The mouse moved with buttons held (the same codes, added up).
+    void mouseMoved(int buttons, int shift, float x, float y);
     // Whole wheel notches, positive away from the user (the "+" direction).
     void wheelTurned(int notches);
     void focusGained();
@@ -63,12 +89,14 @@ protected:
     void paintGL() override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
     void dropWorld();
+    void attachParts();
     void bindFirstViewpoint();
     void fitClippingPlanes();
     void releaseGLCaches();
@@ -82,7 +110,13 @@ private:
     SoPerspectiveCamera* camera_;
     SoDirectionalLight* headlight_;
     SoComplexity* texturing_;
-    SoSeparator* world_;  // holds the loaded world; empty for "None"
+    SoSeparator* world_;  // holds the loaded world or the preview; empty for "None"
+    // The preview's head: its Viewpoint and the turns about Z, X and Y, nested in that order.
+    SoVRMLViewpoint* viewpoint_;
+    SoVRMLTransform* turns_[3];
+    std::shared_ptr<const PartShapes> parts_;  // of the preview shown; null for a world read
+    QString partsFolder_;
+    std::optional<ViewPose> pose_;  // of the preview shown
     SoNodeSensor* sensor_;
     std::uint32_t cacheContext_ = 0;
     bool glReady_ = false;

@@ -15,6 +15,11 @@
 #include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
 
+namespace {
+// The parts list's place at the top left of the frame.
+constexpr int ListWidthTwips = 1850, ListHeightTwips = 9500;
+}  // namespace
+
 FrameViews::FrameViews(QMdiArea* area, QMenu* objselect) : area_(area), objselect_(objselect) {
     previous_ = InstallViews(this);
 }
@@ -56,7 +61,7 @@ vornoifform* FrameViews::oifform() {
 }
 
 PixelSize FrameViews::WorkingAreaNeed() {
-    PixelSize need{TwipsToPixels(1850), TwipsToPixels(9500)};
+    PixelSize need{PixelsFromTwips(ListWidthTwips), PixelsFromTwips(ListHeightTwips)};
     for (const PixelRect& r : PreviewWindowLayout()) {
         need.Width = std::max(need.Width, r.Left + r.Width);
         need.Height = std::max(need.Height, r.Top + r.Height);
@@ -127,7 +132,7 @@ PreviewSelection FrameViews::Selection() {
 
 void FrameViews::showselectobj() {
     QWidget* frame = selectobj()->parentWidget();
-    frame->setGeometry(0, 0, TwipsToPixels(1850), TwipsToPixels(9500));
+    frame->setGeometry(0, 0, PixelsFromTwips(ListWidthTwips), PixelsFromTwips(ListHeightTwips));
     frame->show();
 }
 
@@ -162,7 +167,7 @@ void FrameViews::loadviews() {
         w->Cortona1()->setRenderFlags(flags[i]);
     }
     for (int i = 0; i < PreviewWindowCount; ++i)
-        CortonaViewer::window(i)->Cortona1()->setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[i])));
+        CortonaViewer::LoadView(PreviewWindowNames[i], ViewFilePath(PreviewWindowNames[i]));
     for (int i = 0; i < PreviewWindowCount; ++i) {
         CortonaViewer::window(i)->Label()->setText(QString::fromLatin1(PreviewWindowNames[i]));
         frames[i]->setGeometry(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height);

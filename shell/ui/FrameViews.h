@@ -70,6 +70,3 @@ private:
     QPointer<vornselectobj> selectobj_;
     Views* previous_ = nullptr;
 };
-
-// Twips, the unit of the window layout, at 15 to the pixel.
-constexpr int TwipsToPixels(int twips) { return twips / 15; }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "preview/PreviewViewOps.h"
@@ -94,30 +95,30 @@ TEST(Pan, OtherKeysChangeNothing) {
     }
 }
 
-TEST(Turn, ALeftDragTurnsByOneDegreePerHundredUnits) {
-    PreviewViewpoint v = View(0, 0, 0);
-    v.SceneRotationX = 0;
-    v.SceneRotationY = 0;
-    TurnStart start;
-    PressTurn(start, MouseLeft, 1000, 2000);
-    EXPECT_EQ(start, (TurnStart{MouseLeft, 1000, 2000}));
-    ASSERT_TRUE(ReleaseTurn(v, start, 10000, 2000 + 4500));
+TEST(Turn, ALeftDragTurnsOneDegreePerHundredTwipsOfTravel) {
+    struct Case {
+        float dx, dy;  // pixels
+        double dotsPerInch, degreesAboutX, degreesAboutY;
+    };
+    const Case cases[] = {
+        {150, 0, 96, 0, 22.5},                         // 15 twips to the pixel
+        {0, 100, 96, 15, 0},                           // vertical travel turns about X, downwards positive
+        {-40, -20, 96, -3, -6}, {100, 0, 120, 0, 12},  // 12 twips to the pixel
+        {100, 50, 144, 5, 10},  {100, 0, 0, 0, 15},    // a screen that gives no resolution counts as 96 dots per inch
+        {0, 0, 96, 0, 0},       {4800, -7200, 96, -1080, 720},  // turns are not limited to one round
+    };
     const double degree = std::atan(1.0) * 4 / 180;
-    EXPECT_FLOAT_EQ(v.SceneRotationX, static_cast<float>(45 * degree)) << "vertical travel turns about X";
-    EXPECT_FLOAT_EQ(v.SceneRotationY, static_cast<float>(90 * degree)) << "horizontal travel turns about Y";
-    EXPECT_EQ(v.SceneRotationZ, 0);
-}
-
-TEST(Turn, TwoTurnsAddUpWithoutLimit) {
-    PreviewViewpoint v = View(0, 0, 0);
-    const float startX = v.SceneRotationX, startY = v.SceneRotationY;
-    TurnStart start;
-    PressTurn(start, MouseLeft, 0, 0);
-    for (int i = 0; i < 2; ++i) ASSERT_TRUE(ReleaseTurn(v, start, -36000, 36000));
-    const double turn = std::atan(1.0) * 4 * 2;  // 360 degrees, twice
-    EXPECT_NEAR(v.SceneRotationX, startX + 2 * turn, 1e-5);
-    EXPECT_NEAR(v.SceneRotationY, startY - 2 * turn, 1e-5);
-    EXPECT_GT(v.SceneRotationX, 12.0f) << "no wrap into one turn";
+    for (const Case& c : cases) {
+        PreviewViewpoint v = View(0, 0, 0);
+        TurnStart start;
+        PressTurn(start, MouseLeft, 300, 400);
+        ASSERT_TRUE(ReleaseTurn(v, start, 300 + c.dx, 400 + c.dy, TwipsPerPixelAt(c.dotsPerInch)));
+        EXPECT_NEAR(v.SceneRotationX, 0.74f + c.degreesAboutX * degree, 1e-5) << c.dx << " " << c.dy;
+        EXPECT_NEAR(v.SceneRotationY, -0.74f + c.degreesAboutY * degree, 1e-5) << c.dx << " at " << c.dotsPerInch;
+        v.SceneRotationX = 0.74f;
+        v.SceneRotationY = -0.74f;
+        EXPECT_EQ(v, View(0, 0, 0)) << "nothing else turns";
+    }
 }
 
 TEST(Turn, ARightPressOverwritesTheButtonSoTheReleaseDoesNotTurn) {
@@ -128,20 +129,39 @@ TEST(Turn, ARightPressOverwritesTheButtonSoTheReleaseDoesNotTurn) {
     EXPECT_EQ(start.X, 10) << "only a left press stores the position";
     EXPECT_EQ(start.Y, 20);
     PreviewViewpoint v = View(1, 2, 3);
-    EXPECT_FALSE(ReleaseTurn(v, start, 9999, 9999));
+    EXPECT_FALSE(ReleaseTurn(v, start, 9999, 9999, 15));
     EXPECT_EQ(v, View(1, 2, 3));
     PressTurn(start, MouseMiddle, 0, 0);
-    EXPECT_FALSE(ReleaseTurn(v, start, 9999, 9999));
-    EXPECT_FALSE(ReleaseTurn(v, TurnStart{}, 9999, 9999)) << "no press at all";
+    EXPECT_FALSE(ReleaseTurn(v, start, 9999, 9999, 15));
+    EXPECT_FALSE(ReleaseTurn(v, TurnStart{}, 9999, 9999, 15)) << "no press at all";
     EXPECT_EQ(v, View(1, 2, 3));
 }
 
-TEST(Turn, AReleaseWithoutTravelLeavesTheAngles) {
-    PreviewViewpoint v = View(0, 0, 0);
-    TurnStart start;
-    PressTurn(start, MouseLeft, 300, 400);
-    ASSERT_TRUE(ReleaseTurn(v, start, 300, 400));
-    EXPECT_EQ(v, View(0, 0, 0));
+TEST(HeadPose, IsWhatAReaderTakesFromTheHeadText) {
+    struct Case {
+        PreviewViewpoint view;
+        ViewPose pose;
+    };
+    PreviewViewpoint turned = View(1234.5678f, -0.000123456789f, 1e8f);
+    turned.AxisY = -1;
+    turned.Angle = 3.14159265f;
+    turned.SceneRotationY = static_cast<float>(-0.74f + 22.5 * std::atan(1.0) * 4 / 180);
+    turned.SceneRotationZ = 1e-9f;
+    const Case cases[] = {
+        {View(0, 1500, 30000), {0, 1500, 30000, 0, 0, 0, 0, 0, 0.74f, -0.74f}},
+        // Seven digits each: 1234.568, -0.0001234568, 1E+08, 3.141593, -0.3473009, 1E-09.
+        {turned, {1234.568f, -0.0001234568f, 1e8f, 0, 1, 0, 3.141593f, 1e-9f, 0.74f, -0.3473009f}},
+    };
+    for (const Case& c : cases) EXPECT_EQ(HeadPose(c.view), c.pose) << c.view.PositionX;
+}
+
+TEST(PartTint, NeighbouringPartsDifferAndEveryTintStandsOutFromTheGrey) {
+    for (int n = -3; n < 40; ++n) {
+        const Tint t = PartTint(n), next = PartTint(n + 1);
+        EXPECT_GT(std::fabs(t.R - next.R) + std::fabs(t.G - next.G) + std::fabs(t.B - next.B), 0.15f) << n;
+        // Lit fully it stays darker than the background of 0.75.
+        EXPECT_LT(std::max({t.R, t.G, t.B}) * 1.3f, 0.9f) << n;
+    }
 }
 
 TEST(Layout, TwipsRoundToTheNearestPixelWithTiesToEven) {

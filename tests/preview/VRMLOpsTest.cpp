@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "core/ProgramState.h"
 #include "preview/VRMLOps.h"
@@ -194,6 +195,18 @@ TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
     EXPECT_EQ(PartFileText(p, 3), want);
 }
 
+TEST(TexturedPreview, APartFileDescribesItsNumbersAsTheyReadBack) {
+    const OIFPart p = Part("tp01", {{1234.5678f, 0.1f, -3e-8f, 0, 1 / 3.0f, 0.1f}, {1e7f, -2, 0, 0, 1, 0}}, {0, 1, 1});
+    PartShape shape;
+    EXPECT_EQ(PartFileText(p, 5, &shape), PartFileText(p, 5));
+    // Seven digits: 1234.568, 0.1, -3E-08, 1E+07; 0.3333333 and -0.1.
+    EXPECT_EQ(shape,
+              (PartShape{5, "tp01.png", {1234.568f, 0.1f, -3e-8f, 1e7f, -2, 0}, {0.3333333f, -0.1f, 1, 0}, {0, 1, 1}}));
+    EXPECT_FALSE(IsFace(0, 1, 1));
+    EXPECT_FALSE(IsFace(2, 1, 2));
+    EXPECT_TRUE(IsFace(0, 1, 2));
+}
+
 namespace {
 struct RecordingViews : Views {
     std::vector<std::string> calls;
@@ -250,6 +263,39 @@ TEST_F(PreviewFiles, RebuildWritesHeadsPartsAndJoinsTheShownOnes) {
     RebuildPreviews(doc, sel);
     EXPECT_EQ(Temp("Parts.tmp"), closing);
     EXPECT_EQ(Temp("Perspective.wrl"), ViewHeaderText(doc, PreviewViews[3]) + closing);
+}
+
+TEST_F(PreviewFiles, ViewFilesTellWhatTheyHoldUntilSomethingElseTouchesThem) {
+    PreviewSelection sel;
+    sel.shown = {false, true};
+    RebuildPreviews(doc, sel);
+    const auto top = WrittenViewFile(AppPath("temp/Top.wrl"));
+    ASSERT_TRUE(top);
+    EXPECT_EQ(top->Head, PreviewViews[ViewTop]);
+    PartShape second;
+    PartFileText(doc.Parts[1], 1, &second);
+    ASSERT_EQ(top->Parts->size(), 1u);
+    EXPECT_EQ(*top->Parts->front(), second);
+    // A view change rewrites one head: behind it stand the parts of the other three files.
+    PreviewViews[ViewTop].PositionZ -= 1000;
+    WriteViewHeader(doc, PreviewViews[ViewTop]);
+    InstallView(PreviewViews[ViewTop]);
+    const auto moved = WrittenViewFile(AppPath("temp/Top.wrl"));
+    ASSERT_TRUE(moved);
+    EXPECT_EQ(moved->Head, PreviewViews[ViewTop]);
+    EXPECT_EQ(moved->Parts, top->Parts);
+    EXPECT_EQ(WrittenViewFile(AppPath("temp/Back.wrl"))->Parts, top->Parts);
+    sel.shown = {true, true};
+    ReloadPreviews(doc, sel);
+    EXPECT_EQ(WrittenViewFile(AppPath("temp/Top.wrl"))->Parts->size(), 2u);
+    // Files changed by anything else, and files the writers never made, are not vouched for.
+    std::ofstream(AppPath("temp/Back.wrl"), std::ios::app) << "#";
+    EXPECT_FALSE(WrittenViewFile(AppPath("temp/Back.wrl")));
+    std::ofstream(AppPath("temp/Right.tmp"), std::ios::app) << "#";
+    InstallView(PreviewViews[ViewRight]);
+    EXPECT_FALSE(WrittenViewFile(AppPath("temp/Right.wrl")));
+    EXPECT_TRUE(WrittenViewFile(AppPath("temp/Perspective.wrl")));
+    EXPECT_FALSE(WrittenViewFile(AppPath("temp/Parts.tmp")));
 }
 
 TEST_F(PreviewFiles, NothingIsWrittenWhilePreviewsAreOff) {

@@ -1,5 +1,5 @@
 // The four preview windows inside the main window: opened by loadviews from the config and the
-// document, drawn by the real viewer from the real files, changed by "+" and drags, rejoined by
+// document, drawn by the real viewer from the real files, changed by "+", rejoined by
 // Hide All, and brought back by a cancelled quit.
 #include <QAction>
 #include <QImage>
@@ -16,9 +16,7 @@
 #include <memory>
 
 #include "WindowTestKit.h"
-#include "core/NumberText.h"
 #include "core/Views.h"
-#include "core/myOps.h"
 #include "editors/ui/vornselectobj.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
@@ -161,20 +159,6 @@ private slots:
         for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(!w(i));
         QVERIFY(!std::filesystem::exists(AppPath("temp/Top.wrl")));
         QCOMPARE(frame_->mdiArea()->subWindowList().size(), 1);  // the parts list alone
-    }
-
-    void aDragOfAHundredPixelsTurnsTheViewByOneDegree() {
-        openProject();
-        VrmlView* view = w(ViewBack)->Cortona1();
-        QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(20, 30));
-        QTRY_COMPARE(CortonaViewer::activeIndex(), int(ViewBack));
-        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(120, 30));
-        const float turned = float(StartPreviewViews()[ViewBack].SceneRotationY + DegToRad(1));
-        QCOMPARE(PreviewViews[ViewBack].SceneRotationY, turned);
-        QCOMPARE(PreviewViews[ViewBack].SceneRotationX, StartPreviewViews()[ViewBack].SceneRotationX);
-        const std::string line = "   rotation 0 1 0 " + SingleText(turned) + "\r\n";
-        QVERIFY2(temp("Back.tmp").find(line) != std::string::npos, line.c_str());
-        QVERIFY(temp("Back.wrl").find(line) != std::string::npos);
     }
 
     void hideAllLeavesViewsWithoutShapesAndShowAllBringsThemBack() {

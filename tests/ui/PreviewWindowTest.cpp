@@ -1,6 +1,7 @@
 // The four preview windows and "Stadium Preview", driven through their controls with the real
 // preview writer: focus gives the active colour, and wheel, "+"/"-", arrow keys and drags change
-// the view of the first active window, rewrite its file and have its viewer load it again.
+// the view of the first active window, rewrite its file and have its viewer show it; what the
+// viewers show without reading the files is what reading them shows.
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
@@ -12,12 +13,20 @@
 #include <memory>
 #include <sstream>
 
+#include <Inventor/SoPrimitiveVertex.h>
+#include <Inventor/VRMLnodes/SoVRMLShape.h>
+#include <Inventor/actions/SoCallbackAction.h>
+#include <Inventor/actions/SoSearchAction.h>
+#include <Inventor/nodes/SoShape.h>
+
 #include "WindowTestKit.h"
+#include "core/NumberText.h"
 #include "core/Views.h"
 #include "core/myOps.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
 #include "preview/ui/CortonaViewer.h"
+#include "preview/ui/PartShapeNode.h"
 #include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
 #include "shell/IniOps.h"
@@ -47,6 +56,64 @@ private:
 
 // A pitch of 4000 x 4000 units in the X-Z plane, one quad as a strip of two triangles.
 OIFFile Pitch() { return TexturedQuad(2000, "tp01"); }
+
+// A part of n x n vertices over a square of side 2 * half in the X-Z plane, drawn as one strip row
+// by row, its faces about a pixel on the screen; with an odd V and coordinates that seven digits
+// do not hold.
+OIFPart Grid(int n, float half, const char* texture) {
+    OIFPart p;
+    p.Header.Texture = texture;
+    for (int r = 0; r < n; ++r)
+        for (int c = 0; c < n; ++c) {
+            const float x = -half + 2 * half * float(c) / float(n - 1) + 0.123456f;
+            const float z = -half + 2 * half * float(r) / float(n - 1);
+            p.Vertices.push_back({x, 10.0f * float((r * 7 + c * 3) % 5), z, 0, float(c) / 3, float(r) / 7});
+        }
+    for (int r = 0; r + 1 < n; ++r) {
+        if (r > 0) p.Indices.push_back(static_cast<std::int16_t>(r * n));  // a stitch to the next row
+        for (int c = 0; c < n; ++c) {
+            p.Indices.push_back(static_cast<std::int16_t>(r * n + c));
+            p.Indices.push_back(static_cast<std::int16_t>((r + 1) * n + c));
+        }
+        p.Indices.push_back(static_cast<std::int16_t>((r + 1) * n + n - 1));
+    }
+    p.Header.VertexCount = static_cast<std::int32_t>(p.Vertices.size());
+    p.Header.IndexCount = static_cast<std::int32_t>(p.Indices.size());
+    return p;
+}
+
+// The triangles of a world as a viewer draws them: corners in world coordinates and their texture
+// coordinates.
+std::vector<float> Triangles(const SoNode* world) {
+    std::vector<float> seen;
+    SoCallbackAction action;
+    action.addTriangleCallback(
+        SoShape::getClassTypeId(),
+        [](void* data, SoCallbackAction* a, const SoPrimitiveVertex* v1, const SoPrimitiveVertex* v2,
+           const SoPrimitiveVertex* v3) {
+            auto* s = static_cast<std::vector<float>*>(data);
+            for (const SoPrimitiveVertex* v : {v1, v2, v3}) {
+                SbVec3f p;
+                a->getModelMatrix().multVecMatrix(v->getPoint(), p);
+                const SbVec4f t = v->getTextureCoords();
+                s->insert(s->end(), {p[0], p[1], p[2], t[0], t[1]});
+            }
+        },
+        &seen);
+    action.apply(const_cast<SoNode*>(world));
+    return seen;
+}
+
+// The first part a viewer draws, which the four viewers of one rebuild share; null for a world
+// read from its file.
+const SoNode* PartsNode(VrmlView* view) {
+    SoSearchAction search;
+    search.setType(SoVRMLShape::getClassTypeId());
+    search.apply(const_cast<SoNode*>(view->world()));
+    if (!search.getPath()) return nullptr;
+    const SoNode* geometry = static_cast<SoVRMLShape*>(search.getPath()->getTail())->geometry.getValue();
+    return geometry->isOfType(PartShapeNode::getClassTypeId()) ? geometry : nullptr;
+}
 
 std::string Slurp(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -212,18 +279,22 @@ private slots:
         QVERIFY2(w(ViewBack)->Picture1()->hasFocus(), "keys do not leave the strip");
     }
 
-    void aLeftDragTurnsTheActiveViewAtItsEnd() {
+    void aLeftDragTurnsThePictureWhileHeldAndTheViewAtTheRelease() {
         VrmlView* view = w(ViewPerspective)->Cortona1();
+        const QImage before = view->grabFramebuffer();
         QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
-        QVERIFY2(PreviewViews == StartPreviewViews(), "nothing turns while the button is down");
         QCOMPARE(w(ViewPerspective)->turnStart(), (TurnStart{MouseLeft, 10, 10}));
-        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(110, 60));
-        // 100 pixels across are one degree about Y, 50 down half a degree about X.
-        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationX,
-                 float(start(ViewPerspective).SceneRotationX + DegToRad(0.5)));
-        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationY,
-                 float(start(ViewPerspective).SceneRotationY + DegToRad(1)));
+        QTest::mouseMove(view, QPoint(160, 10));
+        QVERIFY2(view->grabFramebuffer() != before, "the picture turns while the button is held");
+        QVERIFY2(PreviewViews == StartPreviewViews() && views_->log.empty(), "the view and its file wait");
+        QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(160, 10));
+        // 150 pixels of 15 twips (96 dots per inch) are 22.5 degrees about Y.
+        const float turned = float(start(ViewPerspective).SceneRotationY + DegToRad(22.5));
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationY, turned);
+        QCOMPARE(PreviewViews[ViewPerspective].SceneRotationX, start(ViewPerspective).SceneRotationX);
         QCOMPARE(views_->log, (std::vector<std::string>{"release Perspective", "load Perspective"}));
+        const std::string line = "   rotation 0 1 0 " + SingleText(turned) + "\r\n";
+        QVERIFY2(Slurp(ViewFilePath("Perspective")).find(line) != std::string::npos, line.c_str());
         // The viewer hands the keyboard to the strip; the window stays the active one.
         QTRY_VERIFY(w(ViewPerspective)->Picture1()->hasFocus());
         QCOMPARE(CortonaViewer::activeIndex(), int(ViewPerspective));
@@ -246,32 +317,7 @@ private slots:
         QTest::mouseRelease(w(ViewTop)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 101));
         QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
         // Top got the focus with the press, lost it to Back's strip; Back is the one turned.
-        QCOMPARE(PreviewViews[ViewBack].SceneRotationX, float(start(ViewBack).SceneRotationX + DegToRad(1)));
-    }
-
-    void theNewViewIsWhatTheViewerShows() {
-        CortonaViewer* persp = w(ViewPerspective);
-        const int before = NotBackground(persp->Cortona1()->grabFramebuffer());
-        QVERIFY2(before > 50, "the pitch is in the picture");
-        for (int i = 0; i < 3; ++i) QTest::mouseClick(persp->zoomin(), Qt::LeftButton);
-        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, 27000.0f);
-        QCOMPARE(persp->Cortona1()->camera().z, 27000.0f);
-        const int after = NotBackground(persp->Cortona1()->grabFramebuffer());
-        QVERIFY2(after > before, qPrintable(QString("%1 -> %2").arg(before).arg(after)));
-    }
-
-    void reloadSceneReadsTheFileAgain() {
-        CortonaViewer* top = w(ViewTop);
-        const QString path = top->Cortona1()->scene();
-        PreviewViews[ViewTop].PositionZ = 12345;
-        WriteViewHeader(CurrentProject.OIF, PreviewViews[ViewTop]);
-        std::filesystem::copy_file(AppPath("temp/Top.tmp"), ViewFilePath("Top"),
-                                   std::filesystem::copy_options::overwrite_existing);
-        AppendFile(AppPath("temp/Parts.tmp"), ViewFilePath("Top"));
-        QCOMPARE(top->Cortona1()->camera().z, 30000.0f);
-        top->reloadScene();
-        QCOMPARE(top->Cortona1()->scene(), path);
-        QCOMPARE(top->Cortona1()->camera().z, 12345.0f);
+        QCOMPARE(PreviewViews[ViewBack].SceneRotationX, float(start(ViewBack).SceneRotationX + DegToRad(15)));
     }
 
     void viewsWithoutAWindowAreSkipped() {
@@ -279,10 +325,69 @@ private slots:
         CortonaViewer::ReleaseView("Vertex");
         CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
         for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(w(i)->Cortona1()->hasWorld());
+        // The viewers hold no file, so a release leaves the picture until the load.
         CortonaViewer::ReleaseView("Back");
-        QCOMPARE(w(ViewBack)->Cortona1()->scene(), QStringLiteral("None"));
-        QVERIFY(!w(ViewBack)->Cortona1()->hasWorld());
+        QVERIFY(w(ViewBack)->Cortona1()->hasWorld());
         QVERIFY(program_->desktop.messages.empty());
+    }
+
+    void whatTheViewersShowWithoutReadingIsWhatReadingTheFilesShows() {
+        // The pitch, a grid with stitches and numbers seven digits do not hold, a hidden part,
+        // and a part whose picture is missing.
+        OIFFile doc = Pitch();
+        doc = AddPart(Grid(12, 3000, "tp01"), doc);
+        doc = AddPart(Grid(3, 500, "tp01"), doc);
+        doc = AddPart(Grid(4, 800, "gone"), doc);
+        QImage red(8, 8, QImage::Format_RGB32);
+        red.fill(Qt::red);
+        QVERIFY(red.save(QString::fromStdString(AppPath("temp/tp01.png"))));
+        w(ViewPerspective)->Cortona1()->setRenderFlags(RenderTextured);
+        RebuildPreviews(doc, PreviewSelection{{true, true, false, true}, -1, -1});
+        const auto check = [&](int index) {
+            VrmlView* view = w(index)->Cortona1();
+            VrmlView reader;
+            reader.setRenderFlags(view->renderFlags());
+            reader.setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[index])));
+            QVERIFY(PartsNode(view));
+            QVERIFY2(!PartsNode(&reader), "the reader read the file");
+            QCOMPARE(Triangles(view->world()), Triangles(reader.world()));
+            const VrmlView::Camera a = view->camera(), b = reader.camera();
+            QCOMPARE(std::vector<float>({a.x, a.y, a.z, a.axisX, a.axisY, a.axisZ, a.angle, a.fieldOfView}),
+                     std::vector<float>({b.x, b.y, b.z, b.axisX, b.axisY, b.axisZ, b.angle, b.fieldOfView}));
+        };
+        for (int i = 0; i < PreviewWindowCount; ++i) check(i);
+        const SoNode* shared = PartsNode(w(ViewTop)->Cortona1());
+        for (int i = 0; i < PreviewWindowCount; ++i) QCOMPARE(PartsNode(w(i)->Cortona1()), shared);
+
+        // View changes move camera and turns only: the parts stay the ones shown.
+        QTest::mouseClick(w(ViewPerspective)->zoomin(), Qt::LeftButton);
+        QTest::keyClick(w(ViewPerspective)->Picture1(), Qt::Key_Left);
+        QTest::mousePress(w(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+        QTest::mouseRelease(w(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(47, 91));
+        check(ViewPerspective);
+        QCOMPARE(PartsNode(w(ViewPerspective)->Cortona1()), shared);
+        focusStrip(ViewTop);
+        QTest::keyClick(w(ViewTop)->Picture1(), Qt::Key_Down);
+        check(ViewTop);
+        QCOMPARE(PartsNode(w(ViewTop)->Cortona1()), shared);
+    }
+
+    void theFacesAFrameLeavesOutAreOnesNoPixelShows() {
+        OIFFile doc = Pitch();
+        doc = AddPart(Grid(150, 2000, "tp01"), doc);
+        RebuildPreviews(doc, {});
+        for (int turn = 0; turn < 3; ++turn) {
+            PreviewViewpoint view = PreviewViews[ViewPerspective];
+            view.SceneRotationY += 0.3f * float(turn);
+            view.PositionZ -= 8000.0f * float(turn);
+            VrmlView* viewer = w(ViewPerspective)->Cortona1();
+            viewer->showPose(HeadPose(view));
+            PartShapeNode::setSkipUnseenFaces(false);
+            const QImage all = viewer->grabFramebuffer();
+            PartShapeNode::setSkipUnseenFaces(true);
+            QCOMPARE(viewer->grabFramebuffer(), all);
+            QVERIFY(NotBackground(all) > 1000);
+        }
     }
 
     void theWindowsAreFoundByIndexAndDescription() {
