@@ -211,11 +211,12 @@ void QtDesktop::SetClipboardImage(const std::vector<std::uint8_t>& png) {
     QGuiApplication::clipboard()->setImage(image);
 }
 
-// Nothing is read yet: the per-user file of tool locations and the Wine prefix's registry come
-// with the outside tools. Until then every tool counts as not installed.
+// The per-user file of tool locations first, then the registry of the Wine prefix.
 std::string QtDesktop::RegistryValue(const std::string& path) {
-    return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
+    return LinuxRegistryValue(path, RegistryFilePath(), WinePrefix());
 }
+
+std::string QtDesktop::WinePrefix() { return DefaultWinePrefix(); }
 
 void QtDesktop::ShowLoading(const std::string& text) {
     // Made on first use and owned by vorn when there is one, so it stays above the main window.
