@@ -1,6 +1,6 @@
 // terramason-oifconvert.exe run under Wine against a stand-in OIFTool (FakeOIFTool.cpp) that
 // records every call it gets, and the editor's .o import and save through it. The cases share
-// one throwaway Wine prefix, made once under the build tree.
+// one throwaway Wine prefix under the build tree.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -58,21 +58,26 @@ bool Appears(const std::string& log, const std::string& line, long times = 1) {
     return false;
 }
 
+// A new prefix for every run, made before the first case and gone after the last: a prefix holds
+// some 600 MB of Windows libraries, and nothing of an earlier run can then count.
 class WinePrefix : public ::testing::Environment {
 public:
     void SetUp() override {
         InPrefix("wineserver -k");
-        if (!fs::exists(Prefix + "/system.reg")) { ASSERT_EQ(InPrefix("wineboot -i"), 0); }
+        fs::remove_all(Prefix);
+        ASSERT_EQ(InPrefix("wineboot -i"), 0);
         fs::create_directories(ToolFolder);
         fs::copy_file(TM_FAKE_OIFTOOL, ToolFolder + "/oiftool.exe", fs::copy_options::overwrite_existing);
         ASSERT_EQ(Register(), 0);
         // Wine writes user.reg, where the editor reads OIFTool's install path, when it stops.
         InPrefix("wineserver -k");
     }
-    // Nothing of Wine stays running.
+    // Nothing of Wine stays running, and nothing of the prefix stays on disk.
     void TearDown() override {
         InPrefix("wineserver -k");
         InPrefix("wineserver -w");
+        fs::remove_all(Prefix);
+        fs::remove(Prefix + "-output.txt");
     }
 };
 [[maybe_unused]] ::testing::Environment* const environment = ::testing::AddGlobalTestEnvironment(new WinePrefix);
