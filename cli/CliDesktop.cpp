@@ -20,8 +20,10 @@ int CliDesktop::ProcessExitCode(std::int64_t pid) { return Processes::ExitCode(p
 void CliDesktop::EndProcess(std::int64_t pid) { Processes::End(pid); }
 
 std::string CliDesktop::RegistryValue(const std::string& path) {
-    return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
+    return LinuxRegistryValue(path, RegistryFilePath(), WinePrefix());
 }
+
+std::string CliDesktop::WinePrefix() { return DefaultWinePrefix(); }
 
 MessageAnswer CliDesktop::Message(const std::string& text, const std::string& title, MessageIcon icon,
                                   MessageButtons buttons) {

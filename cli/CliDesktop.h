@@ -22,6 +22,7 @@ public:
     void EndProcess(std::int64_t pid) override;
     // The same registry values the editor sees: the per-user file, then the Wine prefix.
     std::string RegistryValue(const std::string& path) override;
+    std::string WinePrefix() override;
     // No one can answer a file dialog here: it is cancelled, and its title kept for the verb
     // that runs the editor's operation to tell what was asked for.
     std::string OpenFile(const std::string& title, const std::string&, const std::string&,

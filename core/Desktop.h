@@ -66,6 +66,9 @@ public:
 
     // A value of the registry by its full path ("HKEY_...\\key\\value"); "" when absent.
     virtual std::string RegistryValue(const std::string& path) = 0;
+    // The Wine prefix whose registry RegistryValue reads and in which Windows tools run; "" when
+    // the desktop has none.
+    virtual std::string WinePrefix() { return {}; }
 
     // The progress window: shown without blocking, with the busy pointer, until hidden.
     virtual void ShowLoading(const std::string& text) = 0;

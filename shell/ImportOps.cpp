@@ -27,7 +27,7 @@ bool importo(const std::string& path) {
     const std::string handOver = AppPath("tempoif.oif");
     std::error_code ec;
     std::filesystem::remove(handOver, ec);
-    ToolPath = ReadRegistry(OIFToolRegistryValue);
+    ToolPath = OIFToolFolder();
     ToolConvertToOIF(path, handOver);
     if (!FileExists(handOver)) {
         // What a load of the missing hand-over file comes to; the converter's log says why.

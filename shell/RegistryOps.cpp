@@ -185,6 +185,33 @@ std::string WindowsPathToLocal(const std::string& windowsPath, const std::string
     return result;
 }
 
+std::string LocalPathToWindows(const std::string& localPath, const std::string& winePrefix) {
+    std::error_code ec;
+    const std::string path = fs::weakly_canonical(fs::absolute(localPath, ec), ec).string();
+    if (ec || winePrefix.empty()) return {};
+    std::string bestRoot;
+    char bestDrive = 0;
+    for (const auto& entry : fs::directory_iterator(fs::path(winePrefix) / "dosdevices", ec)) {
+        const std::string name = entry.path().filename().string();
+        if (name.size() != 2 || name[1] != ':' || !std::isalpha(static_cast<unsigned char>(name[0]))) continue;
+        std::error_code rootError;
+        std::string root = fs::canonical(entry.path(), rootError).string();
+        if (rootError) continue;
+        if (root.back() != '/') root += '/';
+        const char drive = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+        const bool holds = (path + '/').rfind(root, 0) == 0;
+        if (holds && (root.size() > bestRoot.size() || (root.size() == bestRoot.size() && drive < bestDrive))) {
+            bestRoot = root;
+            bestDrive = drive;
+        }
+    }
+    if (!bestDrive) return {};
+    std::string windows =
+        std::string(1, bestDrive) + ":\\" + (path.size() > bestRoot.size() ? path.substr(bestRoot.size()) : "");
+    std::replace(windows.begin(), windows.end(), '/', '\\');
+    return windows;
+}
+
 std::string LinuxRegistryValue(const std::string& valuePath, const std::string& registryFile,
                                const std::string& winePrefix) {
     std::ifstream file(registryFile);

@@ -28,3 +28,8 @@ std::string FindNoCase(const std::string& base, const std::string& relative);
 // "C:\\Program Files\\x" as a path inside the Wine prefix; where the exact path does not exist,
 // each element is matched without regard to case, as Windows would. Other text is unchanged.
 std::string WindowsPathToLocal(const std::string& windowsPath, const std::string& winePrefix);
+
+// The other way: a local path as the Windows programs of the prefix see it, through the drives in
+// its dosdevices folder; the drive whose folder holds the path most closely wins ("C:\\users\\x"
+// rather than "Z:\\home\\...\\drive_c\\users\\x"). A path no drive holds gives "".
+std::string LocalPathToWindows(const std::string& localPath, const std::string& winePrefix);

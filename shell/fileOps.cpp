@@ -79,21 +79,18 @@ std::vector<std::string> SplitCommandLine(const std::string& commandLine) {
 }
 
 bool WineInstalled() {
-    static const bool installed = [] {
-        const char* path = std::getenv("PATH");
-        if (!path) return false;
-        std::string dirs = path;
-        std::size_t start = 0;
-        while (start <= dirs.size()) {
-            const std::size_t end = dirs.find(':', start);
-            const std::string dir = dirs.substr(start, end == std::string::npos ? std::string::npos : end - start);
-            if (!dir.empty() && ::access((dir + "/wine").c_str(), X_OK) == 0) return true;
-            if (end == std::string::npos) break;
-            start = end + 1;
-        }
-        return false;
-    }();
-    return installed;
+    const char* path = std::getenv("PATH");
+    if (!path) return false;
+    const std::string dirs = path;
+    std::size_t start = 0;
+    while (start <= dirs.size()) {
+        const std::size_t end = dirs.find(':', start);
+        const std::string dir = dirs.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        if (!dir.empty() && ::access((dir + "/wine").c_str(), X_OK) == 0) return true;
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return false;
 }
 
 std::string PlatformCommand(const std::string& commandLine) {

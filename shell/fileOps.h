@@ -37,7 +37,7 @@ void OpenWebPage(const std::string& address);
 // Turns "program args" into what the desktop is asked to start: ".exe" programs through Wine.
 // Returns "" when the program is a Windows one and Wine is not installed.
 std::string PlatformCommand(const std::string& commandLine);
-// Whether Wine can be run (looked up on PATH once).
+// Whether Wine can be run: a "wine" program on PATH.
 bool WineInstalled();
 
 // All lines of a text file without their line ends; a missing file gives no lines.

@@ -10,91 +10,139 @@
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
+#include "shell/RegistryOps.h"
 #include "shell/fileOps.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
-std::string InToolFolder(const std::string& name) {
-    if (ToolPath.empty()) return "/" + name;
-    return ToolPath + (ToolPath.back() == '/' || ToolPath.back() == '\\' ? "" : "/") + name;
+std::string InFolder(const std::string& folder, const std::string& name) {
+    if (folder.empty()) return "/" + name;
+    return folder + (folder.back() == '/' || folder.back() == '\\' ? "" : "/") + name;
 }
 
-bool Convert(const char* direction, const std::string& source, const std::string& target) {
-    ToolStatusLog.clear();
-    const std::string converter = ConverterProgram();
-    if (converter.empty()) {
-        ToolStatusLog = "No converter was found in the OIFTool folder (" + InToolFolder("oifconvert") + ").";
-        return false;
+std::string Quoted(const std::string& text) { return "\"" + text + "\""; }
+
+std::string ExecutableFolder() {
+    std::error_code ec;
+    return fs::read_symlink("/proc/self/exe", ec).parent_path().string();
+}
+
+// The start of every bridge command: Wine, quiet, in the desktop's prefix. "" with the reason in
+// `problem` when the bridge cannot run.
+std::string WineBridge(std::string& problem) {
+    const std::string prefix = TheDesktop().WinePrefix();
+    const std::string bridge = FindOIFToolBridge(ExecutableFolder());
+    std::error_code ec;
+    if (!WineInstalled()) problem = "Wine is needed to run OIFTool, and it is not installed.";
+    else if (prefix.empty() || !fs::is_directory(fs::path(prefix) / "dosdevices", ec))
+        problem = "OIFTool runs in a Wine prefix, and " + (prefix.empty() ? "none is known." : prefix + " is not one.");
+    else if (bridge.empty())
+        problem = std::string(OIFToolBridgeName) + ", which drives OIFTool, is not installed with the program.";
+    if (!problem.empty()) return {};
+    return "env " + Quoted("WINEPREFIX=" + prefix) + " WINEDEBUG=-all wine " + Quoted(bridge);
+}
+
+// The bridge's command line for one conversion, its paths as the prefix's Windows programs see
+// them; "" with the reason in `problem` when it cannot run.
+std::string BridgeCommand(const char* direction, const std::string& source, const std::string& target,
+                          std::string& problem) {
+    std::string command = WineBridge(problem);
+    if (command.empty()) return {};
+    const std::string prefix = TheDesktop().WinePrefix();
+    // An empty ToolPath stays empty: OIFTool's program is then looked for as "\oiftool.exe".
+    const std::string paths[] = {ToolPath, source, target};
+    std::string windows[3];
+    for (int i = 0; i < 3; ++i) {
+        windows[i] = paths[i].empty() ? "" : LocalPathToWindows(paths[i], prefix);
+        if (windows[i].empty() && !paths[i].empty()) {
+            problem = paths[i] + " is on no drive of the Wine prefix " + prefix + ".";
+            return {};
+        }
     }
-    const std::string command =
-        PlatformCommand("\"" + converter + "\" " + direction + " \"" + source + "\" \"" + target + "\"");
-    if (command.empty()) {
-        ToolStatusLog = "Wine is needed to run " + converter + ".";
-        return false;
-    }
+    return command + " --tool-folder " + Quoted(windows[0]) + " " + direction + " " + Quoted(windows[1]) + " " +
+           Quoted(windows[2]);
+}
+
+// Runs a converter with its output going to ToolStatusLog, keeping the windows alive, and stops
+// it after `limitMs`. Returns its exit code, or -1 when it did not start or was stopped.
+int RunCaptured(const std::string& command, long limitMs) {
     char logName[] = "/tmp/terramason-convert-XXXXXX";
     const int fd = ::mkstemp(logName);
     if (fd >= 0) ::close(fd);
     const std::string logPath = fd >= 0 ? logName : std::string();
 
     Desktop& desktop = TheDesktop();
-    std::error_code ec;
-    const auto before = std::filesystem::exists(target, ec) ? std::filesystem::last_write_time(target, ec)
-                                                            : std::filesystem::file_time_type::min();
     const std::int64_t pid = desktop.StartCapturedProcess(command, logPath);
     bool ended = pid != 0;
-    if (ended) {
-        const auto start = std::chrono::steady_clock::now();
-        while (desktop.ProcessRunning(pid)) {
-            PumpEvents();
-            if (std::chrono::steady_clock::now() - start > std::chrono::milliseconds(ConverterTimeoutMs)) {
-                desktop.EndProcess(pid);
-                ended = false;
-                break;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    const auto start = std::chrono::steady_clock::now();
+    while (ended && desktop.ProcessRunning(pid)) {
+        PumpEvents();
+        if (std::chrono::steady_clock::now() - start > std::chrono::milliseconds(limitMs)) {
+            desktop.EndProcess(pid);
+            ended = false;
         }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     std::ifstream log(logPath);
     std::ostringstream text;
     text << log.rdbuf();
     if (!logPath.empty()) std::remove(logPath.c_str());
     ToolStatusLog = text.str();
-    if (pid == 0) {
-        ToolStatusLog = "Could not start " + converter + ".";
+    if (pid == 0) ToolStatusLog = "Could not start " + SplitCommandLine(command).front() + ".";
+    else if (!ended)
+        ToolStatusLog +=
+            "The converter did not finish within " + std::to_string(limitMs / 60000) + " minutes and was stopped.";
+    return ended ? desktop.ProcessExitCode(pid) : -1;
+}
+
+bool Convert(const char* direction, const std::string& source, const std::string& target) {
+    ToolStatusLog.clear();
+    const std::string native = ConverterProgram();
+    std::string problem;
+    const std::string command = !native.empty()
+                                    ? Quoted(native) + " " + direction + " " + Quoted(source) + " " + Quoted(target)
+                                    : BridgeCommand(direction, source, target, problem);
+    if (command.empty()) {
+        ToolStatusLog = problem;
         return false;
     }
-    if (!ended) {
-        ToolStatusLog += "The converter did not finish within 10 minutes and was stopped.";
-        return false;
-    }
-    const bool made = std::filesystem::exists(target, ec) && (before == std::filesystem::file_time_type::min() ||
-                                                              std::filesystem::last_write_time(target, ec) >= before);
-    return desktop.ProcessExitCode(pid) == 0 && made;
+    std::error_code ec;
+    const auto before = fs::exists(target, ec) ? fs::last_write_time(target, ec) : fs::file_time_type::min();
+    const int code = RunCaptured(command, native.empty() ? ConverterTimeoutMs + WineGraceMs : ConverterTimeoutMs);
+    const bool made =
+        fs::exists(target, ec) && (before == fs::file_time_type::min() || fs::last_write_time(target, ec) >= before);
+    return code == 0 && made;
 }
 
 }  // namespace
 
-std::string ConverterProgram() {
-    for (const char* name : {"oifconvert", "oifconvert.exe"}) {
-        const std::string path = InToolFolder(name);
-        if (FileExists(path)) return path;
+std::string OIFToolFolder() {
+    const std::string folder = ReadRegistry(OIFToolRegistryValue);
+    if (folder.empty() || WineInstalled() || FileExists(InFolder(folder, "oifconvert"))) return folder;
+    return {};
+}
+
+std::string FindOIFToolBridge(const std::string& executableFolder) {
+    if (executableFolder.empty()) return {};
+    const fs::path folder = executableFolder;
+    for (const fs::path& place : {folder, folder / ".." / "lib" / "terramason"}) {
+        const std::string bridge = (place / OIFToolBridgeName).lexically_normal().string();
+        if (FileExists(bridge)) return bridge;
     }
     return {};
 }
 
-namespace {
-std::int64_t toolPid = 0;
-}
-
-void ToolStart() {
-    StartProcess(InToolFolder("oiftool.exe"), WindowMode::Hidden);
-    toolPid = StartedProcessId();
+std::string ConverterProgram() {
+    const std::string path = InFolder(ToolPath, "oifconvert");
+    return FileExists(path) ? path : std::string();
 }
 
 void CloseToolWindows() {
-    if (toolPid != 0) TheDesktop().EndProcess(toolPid);
-    toolPid = 0;
+    std::string problem;
+    const std::string wine = WineBridge(problem);
+    if (!wine.empty()) RunAndWait(wine + " --close", WindowMode::Hidden, WineGraceMs);
 }
 
 bool ToolConvertToOIF(const std::string& oPath, const std::string& oifPath) {
@@ -104,7 +152,7 @@ bool ToolConvertToOIF(const std::string& oPath, const std::string& oifPath) {
 bool ToolConvertToO(const std::string& oifPath, const std::string& oPath) { return Convert("--to-o", oifPath, oPath); }
 
 void ConvertOToOIF(const std::string& oPath, const std::string& oifPath) {
-    ToolPath = ReadRegistry(OIFToolRegistryValue);
+    ToolPath = OIFToolFolder();
     if (ToolPath.empty()) {
         ShowMessage(OIFToolMissingMessage, MessageIcon::Critical);
         return;
@@ -118,7 +166,7 @@ void ConvertOToOIF(const std::string& oPath, const std::string& oifPath) {
 }
 
 void ConvertOIFToO(const std::string& oifPath, const std::string& oPath) {
-    ToolPath = ReadRegistry(OIFToolRegistryValue);
+    ToolPath = OIFToolFolder();
     if (ToolPath.empty()) {
         ShowMessage(OIFToolMissingMessage, MessageIcon::Critical);
         return;

@@ -198,8 +198,10 @@ void QtDesktop::SetClipboardImage(const std::vector<std::uint8_t>& png) {
 
 // The per-user file of tool locations first, then the registry of the Wine prefix.
 std::string QtDesktop::RegistryValue(const std::string& path) {
-    return LinuxRegistryValue(path, RegistryFilePath(), DefaultWinePrefix());
+    return LinuxRegistryValue(path, RegistryFilePath(), WinePrefix());
 }
+
+std::string QtDesktop::WinePrefix() { return DefaultWinePrefix(); }
 
 void QtDesktop::ShowLoading(const std::string& text) {
     // Made on first use and owned by vorn when there is one, so it stays above the main window.

@@ -42,6 +42,7 @@ public:
     std::vector<std::uint8_t> ClipboardImage() override;
     void SetClipboardImage(const std::vector<std::uint8_t>& png) override;
     std::string RegistryValue(const std::string& path) override;
+    std::string WinePrefix() override;
 
     void ShowLoading(const std::string& text) override;
     void HideLoading() override;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <unistd.h>
+#include <cstdlib>
 #include <filesystem>
 
 #include "core/OIFOps.h"
@@ -171,12 +172,54 @@ TEST(Conversion, AFailingConverterShowsItsLog) {
     EXPECT_EQ(m.desktop.messages[1].title, "OIFTool");
 }
 
-TEST(Conversion, WithoutAConverterInTheToolFolderNothingIsConverted) {
+// Without a converter of its own in the OIFTool folder, OIFTool runs under Wine: with no Wine it
+// counts as not installed, and with no prefix to run in the conversion fails and says why.
+TEST(Conversion, WithoutWineOrAPrefixNothingIsConverted) {
     FakeMachine m;
     m.RegisterOIFTool();
     m.Text(m.dir.file("model.o"), "O");
-    ConvertOToOIF(m.dir.file("model.o"), m.dir.file("out.oif"));
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_NE(m.desktop.messages[0].text.find("No converter was found in the OIFTool folder"), std::string::npos);
-    EXPECT_FALSE(fs::exists(m.dir.file("out.oif")));
+    m.Script(m.dir.file("bin/wine"), "exit 0");
+    const struct {
+        std::string path, message;
+    } cases[] = {
+        {m.dir.file("bin"), "Failed, Status log: \r\nOIFTool runs in a Wine prefix, and " + m.prefix + " is not one."},
+        {m.dir.file("empty"), "OIFTool has not been installed properly!"},
+    };
+    const std::string path = std::getenv("PATH");
+    for (const auto& c : cases) {
+        ::setenv("PATH", c.path.c_str(), 1);
+        m.desktop.messages.clear();
+        ConvertOToOIF(m.dir.file("model.o"), m.dir.file("out.oif"));
+        ASSERT_EQ(m.desktop.messages.size(), 1u);
+        EXPECT_EQ(m.desktop.messages[0].text, c.message);
+    }
+    ::setenv("PATH", path.c_str(), 1);
+    EXPECT_TRUE(m.desktop.commands.empty());
+}
+
+TEST(Conversion, TheBridgeIsFoundBesideTheProgramElseInItsInstall) {
+    ScratchFolder dir;
+    const std::string beside = dir.file("build/bin/terramason-oifconvert.exe");
+    const std::string installed = dir.file("usr/lib/terramason/terramason-oifconvert.exe");
+    const struct {
+        std::vector<std::string> present;
+        std::string executableFolder, found;
+    } cases[] = {
+        {{beside}, dir.file("build/bin"), beside},
+        {{installed}, dir.file("usr/bin"), installed},
+        {{installed, dir.file("usr/bin/terramason-oifconvert.exe")},
+         dir.file("usr/bin"),
+         dir.file("usr/bin/terramason-oifconvert.exe")},
+        {{installed}, dir.file("build/bin"), ""},
+        {{}, "", ""},
+    };
+    for (const auto& c : cases) {
+        fs::remove_all(dir.file("build"));
+        fs::remove_all(dir.file("usr"));
+        for (const std::string& file : c.present) {
+            fs::create_directories(fs::path(file).parent_path());
+            WriteFile(file, {'M', 'Z'});
+        }
+        EXPECT_EQ(FindOIFToolBridge(c.executableFolder), c.found) << c.executableFolder;
+    }
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/ProgramState.h"
@@ -70,6 +71,37 @@ TEST(RegistryFiles, WindowsPathsBecomePathsInsideThePrefixMatchingCase) {
     fs::create_directories(prefix + "/dosdevices");
     fs::create_directory_symlink(dir.file("dvd"), prefix + "/dosdevices/d:");
     EXPECT_EQ(WindowsPathToLocal("D:\\setup", prefix), prefix + "/dosdevices/d:/Setup");
+}
+
+TEST(RegistryFiles, LocalPathsBecomePathsOnThePrefixsClosestDrive) {
+    ScratchFolder dir;
+    const std::string prefix = dir.file("wine");
+    fs::create_directories(prefix + "/drive_c/OIFTool");
+    fs::create_directories(dir.file("games/fifa"));
+    EXPECT_EQ(LocalPathToWindows(prefix + "/drive_c/OIFTool", prefix), "") << "a prefix without drives";
+    fs::create_directories(prefix + "/dosdevices");
+    fs::create_directory_symlink("../drive_c", prefix + "/dosdevices/c:");
+    fs::create_directory_symlink(dir.file("games"), prefix + "/dosdevices/g:");
+    fs::create_directory_symlink("/", prefix + "/dosdevices/z:");
+    std::string root = fs::canonical(dir.path()).string();
+    std::replace(root.begin(), root.end(), '/', '\\');
+    const struct {
+        std::string local, windows;
+    } cases[] = {
+        {prefix + "/drive_c/OIFTool", "C:\\OIFTool"},
+        {prefix + "/drive_c", "C:\\"},
+        {prefix + "/drive_c/OIFTool/new.oif", "C:\\OIFTool\\new.oif"},
+        {dir.file("games/fifa/../fifa"), "G:\\fifa"},
+        {dir.file("games/fifa/model.o"), "G:\\fifa\\model.o"},
+        {dir.file("wine/drive_cc/x"), "Z:" + root + "\\wine\\drive_cc\\x"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(LocalPathToWindows(c.local, prefix), c.windows) << c.local;
+        // And back again, for the paths that exist.
+        if (fs::exists(c.local)) {
+            EXPECT_TRUE(fs::equivalent(WindowsPathToLocal(c.windows, prefix), c.local)) << c.local;
+        }
+    }
 }
 
 TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {

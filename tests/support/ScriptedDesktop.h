@@ -105,6 +105,7 @@ public:
         if (it != registry.end()) return it->second;
         return winePrefix.empty() ? std::string() : LinuxRegistryValue(path, RegistryFilePath(), winePrefix);
     }
+    std::string WinePrefix() override { return winePrefix; }
     void ShowLoading(const std::string& text) override {
         loadingTexts.push_back(text);
         loadingShown = true;

@@ -1,0 +1,11 @@
+# Cross-builds the small Windows programs that run under Wine with Debian's mingw-w64 (64-bit).
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(TM_MINGW_TRIPLE x86_64-w64-mingw32)
+if(NOT CMAKE_CXX_COMPILER)
+  find_program(CMAKE_CXX_COMPILER NAMES ${TM_MINGW_TRIPLE}-g++ ${TM_MINGW_TRIPLE}-g++-posix REQUIRED)
+endif()
+set(CMAKE_FIND_ROOT_PATH /usr/${TM_MINGW_TRIPLE})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
