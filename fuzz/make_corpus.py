@@ -196,10 +196,33 @@ def layout_seeds():
     yield "empty.json", b"{}"
 
 
+def journal(name: bytes, changed_at: int, slots, oif: bytes, based_on: int = -1) -> bytes:
+    """A recovery journal: tag, time, base, name, the named UV points, the .oif file, checksum."""
+    def text(t: bytes) -> bytes:
+        return struct.pack("<I", len(t)) + t
+    out = b"TMJ1" + struct.pack("<Qi", changed_at, based_on) + text(name) + struct.pack("<I", len(slots))
+    for slot, points in slots:
+        out += text(slot) + struct.pack("<I", len(points))
+        out += b"".join(text(p) + struct.pack("<ff", u, v) for p, u, v in points)
+    out += struct.pack("<I", len(oif)) + oif
+    h = 2166136261
+    for b in out:
+        h = ((h ^ b) * 16777619) & 0xFFFFFFFF
+    return out + struct.pack("<I", h)
+
+
+def journal_seeds():
+    stadium = with_length(header(1) + part(b"Pitch", b"gras", QUAD, [0, 1, 2, 3]))
+    yield "stadium.tmj", journal(b"Highbury", 1795000000, [(b"tp00", [(b"corner", 0.5, 0.25)])], stadium, 3)
+    yield "empty.tmj", journal(b"", 0, [], with_length(header(0)))
+    yield "cut.tmj", journal(b"Cut", 1, [], stadium)[:-9]
+
+
 def main():
     for target, seeds in [("fuzz_oif", oif_seeds), ("fuzz_ini", ini_seeds), ("fuzz_number", number_seeds),
                           ("fuzz_rav", rav_seeds), ("fuzz_csv", csv_seeds), ("fuzz_3ds", tds_seeds),
-                          ("fuzz_registry", registry_seeds), ("fuzz_layout", layout_seeds)]:
+                          ("fuzz_registry", registry_seeds), ("fuzz_layout", layout_seeds),
+                          ("fuzz_journal", journal_seeds)]:
         if len(sys.argv) > 1 and target not in sys.argv[1:]:
             continue
         folder = CORPUS / target
