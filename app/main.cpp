@@ -7,10 +7,10 @@
 #include "core/Desktop.h"
 #include "core/Memory.h"
 #include "core/ProgramState.h"
+#include "core/ui/Resources.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/ui/QtDesktop.h"
-#include "shell/ui/Resources.h"
 #include "shell/ui/stadiumsplash.h"
 
 int main(int argc, char** argv) {

@@ -7,7 +7,8 @@
 
 #include "FastestReporter.h"
 #include "core/OIFOps.h"
-#include "editors/TriStrip.h"
+#include "core/TriStrip.h"
+#include "editors/PartOps.h"
 
 namespace {
 

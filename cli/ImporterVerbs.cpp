@@ -8,13 +8,13 @@
 
 #include "cli/JsonOut.h"
 #include "core/Cp1252.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
 #include "core/binaryOps.h"
 #include "importer/AtlasLayout.h"
 #include "importer/LayoutFile.h"
 #include "importer/image/AtlasImage.h"
 #include "importer/stmapOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 

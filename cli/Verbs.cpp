@@ -12,15 +12,16 @@
 #include "cli/ImporterVerbs.h"
 #include "cli/JsonOut.h"
 #include "cli/WizardVerbs.h"
+#include "core/FileOps.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/binaryOps.h"
+#include "editors/ImportOps.h"
+#include "editors/PartOps.h"
 #include "exchange/RAVOps.h"
 #include "exchange/RhinoScriptOps.h"
 #include "exchange/mdl3DS.h"
 #include "preview/VRMLOps.h"
-#include "shell/ImportOps.h"
-#include "shell/fileOps.h"
 
 bool QuietRun = false;
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
 #include "core/myOps.h"
-#include "shell/fileOps.h"
 #include "wizards/AdboardOps.h"
 #include "wizards/CrowdModule.h"
 #include "wizards/LightingOps.h"

@@ -28,8 +28,3 @@ ByteBuffer EncodeOIF(OIFFile& doc);
 
 // EncodeOIF with the progress window up.
 ByteBuffer SaveOIF(OIFFile& doc);
-
-// Merges every part into the first earlier part of exactly the same texture (case counts),
-// joining their strips; with crowdOnly only textures starting "rw" take part. The merged part
-// keeps the first part's name and place; the other parts keep their order.
-void MergeSameTexture(OIFFile& doc, bool crowdOnly);

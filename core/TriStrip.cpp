@@ -1,4 +1,4 @@
-#include "editors/TriStrip.h"
+#include "core/TriStrip.h"
 
 #include <algorithm>
 #include <map>

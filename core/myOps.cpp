@@ -58,3 +58,20 @@ Point3 RotatePoint(const Point3& point, const Point3& angles) {
     const float y2 = x1 * sz + y1 * cz;
     return {x2, y2, z2};
 }
+
+std::vector<std::string> SplitText(std::string& text, const std::string& delimiter) {
+    std::vector<std::string> parts(1);
+    if (delimiter.empty()) {
+        parts.push_back(text);
+        text.clear();
+        return parts;
+    }
+    text += delimiter;
+    std::size_t start = 0, at;
+    while ((at = text.find(delimiter, start)) != std::string::npos && parts.size() <= 1000) {
+        parts.push_back(text.substr(start, at - start));
+        start = at + delimiter.size();
+    }
+    text.clear();
+    return parts;
+}

@@ -1,8 +1,9 @@
 #pragma once
-// Small helpers the editors share.
+// Small helpers shared across the program: key codes and filters, text, angles, random draws.
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Key codes as the editors' key handlers receive them.
 inline constexpr int KeyBackspace = 8;
@@ -16,6 +17,11 @@ int NumericKeyFilter(int key, const std::string& field);
 // The text without the blanks at either end; tabs and other white space stay, as the
 // editors' fields have always kept them.
 std::string TrimBlanks(std::string_view text);
+
+// Cuts text at each delimiter after appending one: "1,2," gives "1", "2", "". The result's
+// element 0 is unused so that the first part has index 1; at most 1000 parts are kept. Consumes
+// its text argument.
+std::vector<std::string> SplitText(std::string& text, const std::string& delimiter);
 
 double Pi();
 double DegToRad(double degrees);

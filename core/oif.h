@@ -117,6 +117,10 @@ struct StadiumProject {
 
 OIFFile NewOIFFile();
 OIFFile AddPart(const OIFPart& part, const OIFFile& doc);
+// The document without the parts whose flag is set; the others keep their order. A part
+// without a flag (the list is shorter than the document) is kept.
+OIFFile RemoveParts(const OIFFile& doc, const std::vector<bool>& selected);
+
 OIFPart MakePartFromQuads(const PolygonPart& quads);
 OIFPart ConcatParts(const OIFPart& a, const OIFPart& b);
 // ConcatParts in place: b is appended to a without copying a.

@@ -1,15 +1,15 @@
-#include "shell/ImportOps.h"
+#include "editors/ImportOps.h"
 
 #include <filesystem>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "exchange/RAVOps.h"
 #include "exchange/mdl3DS.h"
 #include "preview/VRMLOps.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 bool importoif(const std::string& path) {

@@ -1,12 +1,12 @@
 #include "editors/OIFEditorOps.h"
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/OIFOps.h"
 #include "core/myOps.h"
 #include "shell/SaveOps.h"
 #include "shell/StadiumCatalogue.h"
-#include "shell/fileOps.h"
 
 namespace {
 

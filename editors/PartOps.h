@@ -1,12 +1,8 @@
 #pragma once
 // Operations on whole parts of the document.
-#include <vector>
-
 #include "core/oif.h"
 
-// The document without the parts whose flag is set; the others keep their order. A part
-// without a flag (the list is shorter than the document) is kept.
-OIFFile RemoveParts(const OIFFile& doc, const std::vector<bool>& selected);
-
-// How many flags are set.
-int CountSelected(const std::vector<bool>& selected);
+// Merges every part into the first earlier part of exactly the same texture (case counts),
+// joining their strips; with crowdOnly only textures starting "rw" take part. The merged part
+// keeps the first part's name and place; the other parts keep their order.
+void MergeSameTexture(OIFFile& doc, bool crowdOnly);

@@ -3,10 +3,10 @@
 #include <filesystem>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
-#include "preview/PreviewViewOps.h"
-#include "shell/fileOps.h"
+#include "core/Twips.h"
 
 namespace {
 // The window's design: its size in twips around a 512 by 512 picture.

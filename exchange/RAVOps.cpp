@@ -8,8 +8,6 @@
 #include "core/NumberText.h"
 #include "core/myOps.h"
 #include "exchange/TextReading.h"
-#include "shell/StadiumCatalogue.h"
-#include "wizards/CrowdModule.h"
 
 namespace {
 
@@ -305,19 +303,4 @@ RAVFile AppendCrowdRows(const std::vector<CrowdRow>& rows, const std::string& gr
     }
     list.polygonCount = static_cast<std::int16_t>(list.polygons.size());
     return list;
-}
-
-OIFFile BuildCrowdParts(const OIFFile& doc, RAVFile list, bool fixRows) {
-    if (fixRows) FixCrowdPolygons(list);
-    std::vector<CrowdRow> home, away;
-    for (const RAVPolygon& polygon : list.polygons) {
-        if (polygon.groups.size() != 1 || polygon.vertices.size() < 4) continue;
-        const std::vector<OIFVertex>& v = polygon.vertices;
-        const CrowdRow row{{v[2], v[1], v[0], v[3]}};
-        (polygon.groups[0].name == AwayCrowdGroup ? away : home).push_back(row);
-    }
-    OIFFile result = doc;
-    if (!home.empty()) result = AddCrowdParts(result, home, true);
-    if (!away.empty()) result = AddCrowdParts(result, away, false);
-    return result;
 }

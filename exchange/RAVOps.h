@@ -108,9 +108,3 @@ void FixCrowdPolygons(RAVFile& list);
 // The list with one polygon per row added at its end: the row's vertices as V[2], V[1], V[0],
 // V[3], one group named `groupName` without indices, and no polygon name.
 RAVFile AppendCrowdRows(const std::vector<CrowdRow>& rows, const std::string& groupName, RAVFile list);
-
-// The document with the list's crowd rows dealt out to the crowd parts (AddCrowdParts): first
-// the home rows, then the away rows. With `fixRows` every row goes through FixCrowdPolygons
-// first. Only polygons of exactly one group are rows; one of fewer than four vertices is passed
-// over.
-OIFFile BuildCrowdParts(const OIFFile& doc, RAVFile list, bool fixRows);

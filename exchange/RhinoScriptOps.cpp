@@ -7,11 +7,11 @@
 #include <cstdlib>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/binaryOps.h"
 #include "exchange/RAVOps.h"
 #include "exchange/TextReading.h"
-#include "shell/fileOps.h"
 
 namespace {
 

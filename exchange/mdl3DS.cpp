@@ -10,7 +10,7 @@
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
-#include "editors/TriStrip.h"
+#include "core/TriStrip.h"
 #include "exchange/VertexWeld.h"
 
 Model3DS Table3DS;

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "core/Twips.h"
 #include "importer/stmapOps.h"
-#include "preview/PreviewViewOps.h"  // TwipsPerPixel
 
 // A texture's box on the sheet. Visible means mapped. Left and Top may be negative, and the box
 // may reach past the sheet.

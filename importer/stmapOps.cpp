@@ -7,10 +7,10 @@
 
 #include "core/Cp1252.h"
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
-#include "editors/TriStrip.h"
+#include "core/TriStrip.h"
 #include "exchange/VertexWeld.h"
-#include "shell/fileOps.h"
 
 ImportState Importer;
 

@@ -44,8 +44,6 @@ void PressTurn(TurnStart& start, std::int16_t button, float x, float y) {
     start.Y = y;
 }
 
-double TwipsPerPixelAt(double dotsPerInch) { return dotsPerInch > 0 ? TwipsPerInch / dotsPerInch : TwipsPerPixel; }
-
 bool ReleaseTurn(PreviewViewpoint& view, const TurnStart& start, float x, float y, double twipsPerPixel) {
     if (start.Button != MouseLeft) return false;
     // The travel is a single-precision quotient; the angle and the sum are double until stored.
@@ -80,8 +78,6 @@ Tint PartTint(int partNumber) {
     constexpr int count = static_cast<int>(std::size(tints));
     return tints[((partNumber % count) + count) % count];
 }
-
-int PixelsFromTwips(double twips) { return static_cast<int>(std::nearbyint(twips / TwipsPerPixel)); }
 
 std::array<PixelRect, PreviewWindowCount> PreviewWindowLayout() {
     constexpr double listStrip = 1850, width = 6715, height = 4750;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "core/Twips.h"
 #include "core/oif.h"
 
 // The windows in the order of ViewerWindows and PreviewViews.
@@ -16,13 +17,6 @@ inline constexpr std::array<const char*, PreviewWindowCount> PreviewWindowNames 
                                                                                    "Perspective"};
 // The index of a description; -1 for any other text.
 int PreviewWindowOf(const std::string& description);
-
-// The window toolkit measures in twips, 1440 to the inch; the layout assumes a screen of 96 dots
-// per inch, with 15 of them to a pixel.
-inline constexpr double TwipsPerInch = 1440;
-inline constexpr int TwipsPerPixel = static_cast<int>(TwipsPerInch / 96);
-// Twips in a pixel of a screen with this logical resolution; the layout's 15 when it is unknown.
-double TwipsPerPixelAt(double dotsPerInch);
 
 // Render flags of a viewer: with the 256 bit clear it draws textures, with it set it does not.
 inline constexpr int RenderTextured = 1024;
@@ -87,9 +81,6 @@ struct PixelRect {
     int Left = 0, Top = 0, Width = 0, Height = 0;
     bool operator==(const PixelRect&) const = default;
 };
-
-// Twips to pixels, rounded to the nearest (ties to even).
-int PixelsFromTwips(double twips);
 
 // Where loadviews puts the four windows inside the main window, by PreviewWindowIndex. The strip
 // at the left is kept free for the parts list.

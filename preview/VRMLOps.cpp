@@ -9,10 +9,10 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 std::vector<PreviewViewpoint> PreviewViews = StartPreviewViews();
 
@@ -510,4 +510,9 @@ std::array<int, PreviewWindowCount> PreviewRenderFlags() {
     flags.fill(RenderUntextured);
     if (ReadConfigFlag("Previews", "PerspectiveTex")) flags[ViewPerspective] = RenderTextured;
     return flags;
+}
+
+ViewerChange PerspectiveViewerChange(int current) {
+    const int flags = PreviewRenderFlags()[ViewPerspective];
+    return {flags, flags != current};
 }

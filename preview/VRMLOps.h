@@ -94,3 +94,12 @@ bool StartPreviews(const OIFFile& doc, const PreviewSelection& selection);
 // The render flags loadviews gives the windows, by PreviewWindowIndex: only Perspective can
 // show textures, and only when "Previews"/"PerspectiveTex" is "1".
 std::array<int, PreviewWindowCount> PreviewRenderFlags();
+
+struct ViewerChange {
+    int flags;
+    bool refresh;
+    bool operator==(const ViewerChange&) const = default;
+};
+// The Perspective preview's render flags after "Apply": textured exactly when
+// "Previews"/"PerspectiveTex" is now "1"; a refresh only when the flags differ from `current`.
+ViewerChange PerspectiveViewerChange(int current);

@@ -1,9 +1,10 @@
 #include "shell/CommandOps.h"
 
+#include <algorithm>
+
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
-#include "editors/PartOps.h"
 #include "shell/HelpOps.h"
 
 EditCommandState EditUpdate(ControlKind active, bool clipboardHasText, bool clipboardHasPicture) {
@@ -25,7 +26,7 @@ std::string DeletePartsQuestion(int count) {
 
 int DeleteSelectedParts() {
     const std::vector<bool> selected = TheViews().SelectedParts();
-    const int count = CountSelected(selected);
+    const int count = static_cast<int>(std::count(selected.begin(), selected.end(), true));
     if (count < 1) return 0;
     if (AskQuestion(DeletePartsQuestion(count), MessageButtons::YesNo, MessageIcon::Question, "Terramason") !=
         MessageAnswer::Yes)

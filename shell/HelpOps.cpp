@@ -4,7 +4,6 @@
 
 #include "core/Desktop.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 namespace fs = std::filesystem;
 
@@ -102,3 +101,8 @@ std::string WebPageAddress(WebPage page) {
 }
 
 void OpenHelpWebPage(WebPage page) { OpenWebPage(WebPageAddress(page)); }
+
+void OpenWebPage(const std::string& address) {
+    if (TheDesktop().OpenWebPage(address)) return;
+    ShowMessage("The page " + address + " could not be opened: no web browser took it.", MessageIcon::Exclamation);
+}

@@ -33,3 +33,6 @@ std::string DefaultWebAddress(WebPage page);
 // is configured.
 std::string WebPageAddress(WebPage page);
 void OpenHelpWebPage(WebPage page);
+
+// The browser with the address; when no browser takes it, a message that names the address.
+void OpenWebPage(const std::string& address);

@@ -1,7 +1,6 @@
 #include "shell/OptionsOps.h"
 
 #include "core/NumberText.h"
-#include "preview/PreviewViewOps.h"
 #include "shell/IniOps.h"
 
 const OptionKey* OptionKeyOf(std::string_view control) {
@@ -46,9 +45,4 @@ void ApplyOptions(const OptionContents& contents, const std::function<void()>& v
     for (const char* control : ApplyBeforeViewer) StoreControl(control, contents, write);
     if (viewerChange) viewerChange();
     for (const char* control : ApplyAfterViewer) StoreControl(control, contents, write);
-}
-
-ViewerChange PerspectiveViewerChange(int current) {
-    const int flags = ReadConfigFlag("Previews", "PerspectiveTex") ? RenderTextured : RenderUntextured;
-    return {flags, flags != current};
 }

@@ -69,12 +69,3 @@ using ConfigWriter = std::function<void(const std::string& section, const std::s
 // control missing from `contents` stores as unticked or as an empty box.
 void ApplyOptions(const OptionContents& contents, const std::function<void()>& viewerChange,
                   const ConfigWriter& write = {});
-
-struct ViewerChange {
-    int flags;
-    bool refresh;
-    bool operator==(const ViewerChange&) const = default;
-};
-// The Perspective preview's render flags after "Apply": textured exactly when
-// "Previews"/"PerspectiveTex" is now "1"; a refresh only when the flags differ from `current`.
-ViewerChange PerspectiveViewerChange(int current);

@@ -3,18 +3,31 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
+#include <cctype>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <map>
+#include <thread>
 #include <vector>
 
-#include "shell/fileOps.h"
+#include "core/FileOps.h"
 
 extern char** environ;
 
 namespace {
 std::map<std::int64_t, int> exitCodes;
+std::int64_t startedPid = 0;
+
+std::string TrimBlanks(const std::string& s) {
+    std::size_t a = 0, b = s.size();
+    while (a < b && std::isspace(static_cast<unsigned char>(s[a]))) ++a;
+    while (b > a && std::isspace(static_cast<unsigned char>(s[b - 1]))) --b;
+    return s.substr(a, b - a);
 }
+}  // namespace
 
 namespace Processes {
 
@@ -62,3 +75,80 @@ void End(std::int64_t pid) {
 }
 
 }  // namespace Processes
+
+std::vector<std::string> SplitCommandLine(const std::string& commandLine) {
+    std::vector<std::string> parts;
+    std::string current;
+    bool quoted = false, any = false;
+    for (char c : commandLine) {
+        if (c == '"') {
+            quoted = !quoted;
+            any = true;
+        } else if (!quoted && (c == ' ' || c == '\t')) {
+            if (any) parts.push_back(current);
+            current.clear();
+            any = false;
+        } else {
+            current += c;
+            any = true;
+        }
+    }
+    if (any) parts.push_back(current);
+    return parts;
+}
+
+bool WineInstalled() {
+    const char* path = std::getenv("PATH");
+    if (!path) return false;
+    const std::string dirs = path;
+    std::size_t start = 0;
+    while (start <= dirs.size()) {
+        const std::size_t end = dirs.find(':', start);
+        const std::string dir = dirs.substr(start, end == std::string::npos ? std::string::npos : end - start);
+        if (!dir.empty() && ::access((dir + "/wine").c_str(), X_OK) == 0) return true;
+        if (end == std::string::npos) break;
+        start = end + 1;
+    }
+    return false;
+}
+
+std::string PlatformCommand(const std::string& commandLine) {
+    const std::vector<std::string> parts = SplitCommandLine(commandLine);
+    if (parts.empty()) return {};
+    if (FileExtension(parts[0]) != "exe") return commandLine;
+    if (!WineInstalled()) return {};
+    return "wine " + commandLine;
+}
+
+void StartProcess(const std::string& commandLine, WindowMode mode) {
+    const std::string command = TrimBlanks(commandLine);
+    if (command.empty()) return;
+    const std::string platform = PlatformCommand(command);
+    startedPid = platform.empty() ? 0 : TheDesktop().StartProcess(platform, mode);
+    if (startedPid == 0) ShowMessage("Could not start process: " + command, MessageIcon::Exclamation, "Error");
+}
+
+std::int64_t StartedProcessId() { return startedPid; }
+
+void CloseProcessWindows() {
+    if (startedPid != 0) TheDesktop().EndProcess(startedPid);
+}
+
+bool RunAndWait(const std::string& commandLine, WindowMode mode, long timeoutMs) {
+    if (mode != WindowMode::Hidden && mode != WindowMode::Normal) return false;
+    const std::string platform = PlatformCommand(TrimBlanks(commandLine));
+    if (platform.empty()) return false;
+    Desktop& desktop = TheDesktop();
+    const std::int64_t pid = desktop.StartProcess(platform, mode);
+    if (pid == 0) return false;
+    const auto start = std::chrono::steady_clock::now();
+    while (desktop.ProcessRunning(pid)) {
+        PumpEventsNow();
+        if (timeoutMs >= 0 && std::chrono::steady_clock::now() - start > std::chrono::milliseconds(timeoutMs)) {
+            desktop.EndProcess(pid);
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    return true;
+}

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
 
 namespace fs = std::filesystem;
@@ -246,4 +248,22 @@ std::string LinuxRegistryValue(const std::string& valuePath, const std::string& 
         if (FindRegValue(text, wow, name, value)) return WindowsPathToLocal(value, winePrefix);
     }
     return {};
+}
+
+std::string ReadRegistry(const std::string& valuePath) { return TheDesktop().RegistryValue(valuePath); }
+
+std::string FifaInstallDir() {
+    std::string dir = ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Install Dir");
+    if (dir.empty() || (dir.back() != '/' && dir.back() != '\\')) dir += '/';
+    return dir;
+}
+
+std::string RhinoExecutable() {
+    const std::string version = ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent");
+    std::string folder =
+        ReadRegistry("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\" + version + "\\Install\\Path");
+    if (folder.empty()) return {};
+    if (folder.back() != '/' && folder.back() != '\\') folder += '/';
+    const std::string program = folder + "rhino3.exe";
+    return FileExists(program) ? program : std::string();
 }

@@ -2,6 +2,15 @@
 // Registry values on Linux: a per-user file of values, then the registry files of a Wine prefix.
 #include <string>
 
+// A registry value by its full path ("HKEY_LOCAL_MACHINE\SOFTWARE\...\Install Dir"), as the
+// desktop finds it; "" when it is missing.
+std::string ReadRegistry(const std::string& valuePath);
+
+// The game's folder with a separator at the end; "/" when the game is not installed.
+std::string FifaInstallDir();
+// The Rhinoceros program if it exists, else "".
+std::string RhinoExecutable();
+
 // The per-user file of registry values in AppFolder: one "full value path=value" per line,
 // '#' or ';' starting a comment.
 std::string RegistryFilePath();

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace {

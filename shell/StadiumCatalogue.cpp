@@ -3,10 +3,12 @@
 #include <unistd.h>
 #include <filesystem>
 
+#include "core/FileOps.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
+#include "core/myOps.h"
+#include "shell/Processes.h"
 #include "shell/RegistryOps.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace fs = std::filesystem;
@@ -26,23 +28,6 @@ bool BaseUnsupported(int captionIndex) {
     case 27: return true;
     default: return false;
     }
-}
-
-std::vector<std::string> SplitText(std::string& text, const std::string& delimiter) {
-    std::vector<std::string> parts(1);
-    if (delimiter.empty()) {
-        parts.push_back(text);
-        text.clear();
-        return parts;
-    }
-    text += delimiter;
-    std::size_t start = 0, at;
-    while ((at = text.find(delimiter, start)) != std::string::npos && parts.size() <= 1000) {
-        parts.push_back(text.substr(start, at - start));
-        start = at + delimiter.size();
-    }
-    text.clear();
-    return parts;
 }
 
 int StadiumNumber(int basedOn) {

@@ -18,11 +18,6 @@ bool BaseUnsupported(int captionIndex);
 inline constexpr const char* UnsupportedBaseMessage =
     "This stadium cannot be chosen as base, as it is not supported by OIFTool.   \r\n\r\nPlease choose another one.";
 
-// Cuts text at each delimiter after appending one: "1,2," gives "1", "2", "". The result's
-// element 0 is unused so that the first part has index 1; at most 1000 parts are kept. Consumes
-// its text argument.
-std::vector<std::string> SplitText(std::string& text, const std::string& delimiter);
-
 // The number of the game's archive "stadN.big" of catalogue row basedOn (0 gives 1, 28 gives 58).
 int StadiumNumber(int basedOn);
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include "core/Desktop.h"
+#include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/JournalOps.h"
-#include "shell/fileOps.h"
 
 void OfferRecovery(StartupFrame& frame) {
     for (const std::string& path : OrphanedJournals()) {

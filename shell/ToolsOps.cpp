@@ -2,9 +2,10 @@
 
 #include <exception>
 
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
+#include "shell/Processes.h"
 #include "shell/RegistryOps.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace {

@@ -9,9 +9,10 @@
 #include <thread>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
+#include "shell/Processes.h"
 #include "shell/RegistryOps.h"
-#include "shell/fileOps.h"
 
 namespace fs = std::filesystem;
 

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
-#include "shell/fileOps.h"
 #include "wizards/CrowdModule.h"
 
 namespace {

@@ -5,14 +5,15 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberOps.h"
 #include "core/NumberText.h"
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "core/myOps.h"
+#include "editors/PartOps.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 
@@ -145,6 +146,21 @@ OIFFile AddCrowdParts(const OIFFile& doc, const std::vector<CrowdRow>& rows, boo
     }
     result.Header.PartCount += 4;
     MergeSameTexture(result, true);
+    return result;
+}
+
+OIFFile BuildCrowdParts(const OIFFile& doc, RAVFile list, bool fixRows) {
+    if (fixRows) FixCrowdPolygons(list);
+    std::vector<CrowdRow> home, away;
+    for (const RAVPolygon& polygon : list.polygons) {
+        if (polygon.groups.size() != 1 || polygon.vertices.size() < 4) continue;
+        const std::vector<OIFVertex>& v = polygon.vertices;
+        const CrowdRow row{{v[2], v[1], v[0], v[3]}};
+        (polygon.groups[0].name == AwayCrowdGroup ? away : home).push_back(row);
+    }
+    OIFFile result = doc;
+    if (!home.empty()) result = AddCrowdParts(result, home, true);
+    if (!away.empty()) result = AddCrowdParts(result, away, false);
     return result;
 }
 

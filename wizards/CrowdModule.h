@@ -41,6 +41,12 @@ void AddPartIndex(OIFPart& part, std::int16_t index);
 // by two degenerate triangles, and then every crowd part merged with the others of its texture.
 OIFFile AddCrowdParts(const OIFFile& doc, const std::vector<CrowdRow>& rows, bool home);
 
+// The document with the list's crowd rows dealt out to the crowd parts (AddCrowdParts): first
+// the home rows, then the away rows. With `fixRows` every row goes through FixCrowdPolygons
+// first. Only polygons of exactly one group are rows; one of fewer than four vertices is passed
+// over.
+OIFFile BuildCrowdParts(const OIFFile& doc, RAVFile list, bool fixRows);
+
 // The quad of a four-vertex 3DS mesh: its vertices 0 to 3 as V[2], V[1], V[0], V[3] in game
 // axes and units, the texture once across it, colour 0.
 CrowdRow QuadFrom3DSMesh(const Mesh3DS& mesh);

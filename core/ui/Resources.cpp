@@ -1,4 +1,4 @@
-#include "shell/ui/Resources.h"
+#include "core/ui/Resources.h"
 
 #include <QtGlobal>
 

@@ -16,6 +16,7 @@
 #include <stdexcept>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
 #include "editors/OIFEditorOps.h"
@@ -24,7 +25,6 @@
 #include "editors/ui/NumericKeys.h"
 #include "editors/ui/vornoifform.h"
 #include "shell/HistoryOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 

@@ -17,6 +17,7 @@
 #include <map>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "editors/OIFEditorOps.h"
@@ -26,7 +27,6 @@
 #include "shell/HelpOps.h"
 #include "shell/HistoryOps.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 
 #include "core/Desktop.h"
 #include "preview/PreviewViewOps.h"
+#include "preview/VRMLOps.h"
 #include "preview/ui/CortonaViewer.h"
 #include "preview/ui/VrmlView.h"
 

@@ -8,7 +8,6 @@
 #include <QVBoxLayout>
 
 #include "shell/HelpOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 QPointer<helpviewer> liveHelp;

@@ -6,8 +6,8 @@
 #include <QTimer>
 
 #include "core/Desktop.h"
+#include "core/ui/Resources.h"
 #include "shell/Startup.h"
-#include "shell/ui/Resources.h"
 #include "shell/ui/vorn.h"
 
 namespace {

@@ -10,9 +10,9 @@
 #include <QVBoxLayout>
 
 #include "core/Desktop.h"
+#include "core/ui/Resources.h"
+#include "shell/Processes.h"
 #include "shell/SystemInfoOps.h"
-#include "shell/fileOps.h"
-#include "shell/ui/Resources.h"
 
 vornabout::vornabout(QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint) {

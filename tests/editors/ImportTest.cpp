@@ -4,7 +4,7 @@
 
 #include "core/OIFOps.h"
 #include "core/Views.h"
-#include "shell/ImportOps.h"
+#include "editors/ImportOps.h"
 #include "shell/ProjectTestKit.h"
 #include "support/Chunks3DS.h"
 

@@ -6,8 +6,9 @@
 #include <random>
 
 #include "core/OIFOps.h"
+#include "core/TriStrip.h"
 #include "core/myOps.h"
-#include "editors/TriStrip.h"
+#include "editors/PartOps.h"
 
 namespace {
 

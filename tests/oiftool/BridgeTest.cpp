@@ -13,7 +13,7 @@
 
 #include "core/OIFOps.h"
 #include "core/ProgramState.h"
-#include "shell/ImportOps.h"
+#include "editors/ImportOps.h"
 #include "shell/SaveOps.h"
 #include "shell/mdlOIFToolAuto.h"
 #include "support/ScriptedDesktop.h"

@@ -6,6 +6,7 @@
 
 #include "core/ProgramState.h"
 #include "preview/PreviewViewOps.h"
+#include "preview/VRMLOps.h"
 #include "shell/IniOps.h"
 #include "shell/OptionsOps.h"
 #include "support/TestFiles.h"

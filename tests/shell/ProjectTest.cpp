@@ -4,10 +4,11 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "core/FileOps.h"
 #include "core/OIFOps.h"
+#include "core/myOps.h"
 #include "shell/ProjectTestKit.h"
 #include "shell/StadiumCatalogue.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 
 namespace fs = std::filesystem;

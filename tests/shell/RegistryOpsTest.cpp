@@ -5,6 +5,7 @@
 
 #include "core/ProgramState.h"
 #include "shell/RegistryOps.h"
+#include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
 
 namespace fs = std::filesystem;
@@ -130,4 +131,24 @@ TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {
         << "without a prefix only the file counts";
     EXPECT_EQ(LinuxRegistryValue("NoHive", file, prefix), "");
     AppFolder.clear();
+}
+
+TEST(ToolFolders, GameFolderAlwaysEndsInASeparator) {
+    ScriptedDesktop desktop;
+    const std::string key = "HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Install Dir";
+    EXPECT_EQ(FifaInstallDir(), "/");
+    desktop.registry[key] = "/games/fifa";
+    EXPECT_EQ(FifaInstallDir(), "/games/fifa/");
+    desktop.registry[key] = "/games/fifa/";
+    EXPECT_EQ(FifaInstallDir(), "/games/fifa/");
+}
+
+TEST(ToolFolders, RhinocerosIsFoundOnlyWhenItsProgramExists) {
+    ScriptedDesktop desktop;
+    ScratchFolder dir;
+    desktop.registry["HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent"] = "3.0";
+    desktop.registry["HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\Install\\Path"] = dir.path();
+    EXPECT_EQ(RhinoExecutable(), "");
+    WriteFile(dir.file("rhino3.exe"), {0});
+    EXPECT_EQ(RhinoExecutable(), dir.file("rhino3.exe"));
 }

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "core/ProgramState.h"
+#include "shell/Processes.h"
 #include "shell/ToolsOps.h"
-#include "shell/fileOps.h"
 #include "shell/mdlOIFToolAuto.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"

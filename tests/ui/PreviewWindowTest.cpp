@@ -30,7 +30,6 @@
 #include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 

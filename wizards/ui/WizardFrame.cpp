@@ -10,8 +10,8 @@
 #include <QVBoxLayout>
 
 #include "core/Desktop.h"
+#include "core/ui/Resources.h"
 #include "shell/HelpOps.h"
-#include "shell/ui/Resources.h"
 
 namespace {
 

@@ -12,12 +12,12 @@
 #include <QVBoxLayout>
 
 #include "core/Desktop.h"
+#include "core/FileOps.h"
 #include "core/NumberText.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "shell/HistoryOps.h"
 #include "shell/IniOps.h"
-#include "shell/fileOps.h"
 
 namespace {
 

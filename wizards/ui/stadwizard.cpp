@@ -9,8 +9,8 @@
 #include <QVBoxLayout>
 
 #include "core/Desktop.h"
+#include "shell/HelpOps.h"
 #include "shell/StadiumCatalogue.h"
-#include "shell/fileOps.h"
 #include "wizards/StadiumWizardOps.h"
 
 namespace {
