@@ -103,22 +103,14 @@ int Atlas(const AtlasOptions& o, CliDesktop& desktop) {
         return ExitFailed;
     }
 
-    CopyRectangles(boxes, Importer.ImportTextures);
     std::vector<QImage> pictures;
     for (const ImportTexture& t : Importer.ImportTextures) pictures.push_back(ReadPicture(t.Path));
-    SaveBitmap(PaintAtlas(sheet.Width, sheet.Height, Importer.ImportTextures, pictures), o.bitmap);
-    NoteWrittenFile(o.bitmap);
-
+    const auto paint = [&](const std::vector<ImportTexture>& textures) {
+        SaveBitmap(PaintAtlas(sheet.Width, sheet.Height, textures, pictures), o.bitmap);
+        NoteWrittenFile(o.bitmap);
+    };
     CurrentProject.OIF = doc;
-    const std::string texture = Utf8ToCp1252(o.texture);
-    const ImportPartResult made = ImportKindOf(o.model) == ImportKind::Model3DS
-                                      ? Make3DSImportPart(texture, sheet)
-                                      : MakeRAVImportPart(Importer.ImportRAV, texture, sheet);
-    if (!made.error.empty()) {
-        ShowMessage(made.error, MessageIcon::Exclamation);
-        return ExitFailed;
-    }
-    CurrentProject.OIF = AddPart(made.part, CurrentProject.OIF);
+    if (ExportAtlas(boxes, sheet, Utf8ToCp1252(o.texture), paint) == AtlasExport::Failed) return ExitFailed;
     return SaveDocument(CurrentProject.OIF, o.out);
 }
 

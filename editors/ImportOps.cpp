@@ -43,7 +43,7 @@ bool importo(const std::string& path) {
 
 bool import3ds(const std::string& path) {
     if (!Read3DSFile(path)) return false;
-    std::optional<OIFPart> part = Make3DSPart(true, 1, 0, 0);
+    std::optional<OIFPart> part = Make3DSPart({.doProcess = true, .shadeMode = 1, .weldMode = 0, .weldDistance = 0});
     if (!part) return false;
     CurrentProject.OIF = AddPart(*part, CurrentProject.OIF);
     TheViews().RefreshPartsList();

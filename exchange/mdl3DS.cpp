@@ -10,6 +10,7 @@
 
 #include "core/Desktop.h"
 #include "core/ProgramState.h"
+#include "core/Shading.h"
 #include "core/TriStrip.h"
 #include "exchange/VertexWeld.h"
 
@@ -285,20 +286,11 @@ struct Working {
     std::vector<std::int32_t> indices;
 };
 
-std::string Quoted(const std::string& name) { return "\"" + name + "\""; }
-
 // Joins the meshes in game axes (3DS is z-up) and units, 100 to a 3DS unit.
 std::string JoinMeshes(const Model3DS& model, Working& w) {
     std::size_t vertexTotal = 0, indexTotal = 0;
     for (const Mesh3DS& mesh : model.meshes) {
-        if (mesh.vertexCount < 0 || mesh.faceCount < 0 ||
-            static_cast<std::size_t>(mesh.vertexCount) > mesh.vertices.size() ||
-            static_cast<std::size_t>(mesh.faceCount) > mesh.faces.size())
-            return "The mesh " + Quoted(mesh.name) + " holds fewer vertices or faces than its counts say.";
-        if (mesh.texVertCount < mesh.vertexCount || mesh.texVerts.size() < static_cast<std::size_t>(mesh.vertexCount))
-            return "The mesh " + Quoted(mesh.name) + " has " + std::to_string(mesh.vertexCount) +
-                   " vertices but only " + std::to_string(mesh.texVertCount) +
-                   " texture coordinates; every vertex needs one.";
+        if (std::string problem = MeshProblem(mesh); !problem.empty()) return problem;
         vertexTotal += static_cast<std::size_t>(mesh.vertexCount);
         indexTotal += 3 * static_cast<std::size_t>(mesh.faceCount);
     }
@@ -308,46 +300,12 @@ std::string JoinMeshes(const Model3DS& model, Working& w) {
     for (const Mesh3DS& mesh : model.meshes) {
         for (std::int32_t f = 0; f < mesh.faceCount; ++f) {
             const Face3DS& face = mesh.faces[f];
-            if (std::max({face.a, face.b, face.c}) >= mesh.vertexCount)
-                return "The mesh " + Quoted(mesh.name) + " has a face on a vertex it does not have.";
             w.indices.insert(w.indices.end(), {face.a + base, face.b + base, face.c + base});
         }
-        for (std::int32_t i = 0; i < mesh.vertexCount; ++i) {
-            const Vertex3DS& p = mesh.vertices[i];
-            OIFVertex v;
-            v.X = p.x * 100.0f;
-            v.Y = p.z * 100.0f;
-            v.Z = -p.y * 100.0f;
-            v.Shadow = 0xFFFFFFFFu;
-            v.U = mesh.texVerts[i].u;
-            v.V = mesh.texVerts[i].v;
-            w.vertices.push_back(v);
-        }
+        for (std::int32_t i = 0; i < mesh.vertexCount; ++i) w.vertices.push_back(WorkVertex(mesh, i));
         base += mesh.vertexCount;
     }
     return {};
-}
-
-double Distance(const OIFVertex& v) {
-    const double x = v.X, y = v.Y, z = v.Z;
-    return std::sqrt(x * x + y * y + z * z);
-}
-
-// Greys by distance from the origin: 240 at the centre down to 30 at the farthest vertex.
-void Shade(std::vector<OIFVertex>& vertices, std::int16_t shadeMode) {
-    if (shadeMode != 1) {
-        for (OIFVertex& v : vertices) v.Shadow = 0x006E6E6Eu;
-        return;
-    }
-    double farthest = 0;
-    for (const OIFVertex& v : vertices) farthest = std::max(farthest, Distance(v));
-    for (OIFVertex& v : vertices) {
-        const double ratio = Distance(v) / farthest;
-        // A model all at the origin, or a vertex without a finite place, counts as the centre.
-        const double g = std::isfinite(ratio) ? std::nearbyint(240.0 - ratio * 210.0) : 240.0;
-        const auto grey = static_cast<std::uint32_t>(g);
-        v.Shadow = 0xFF000000u + grey + grey * 256u + grey * 65536u;
-    }
 }
 
 void WeldPairwise(std::vector<OIFVertex>& v, double t) {
@@ -388,7 +346,7 @@ Part3DS MakePart(const Model3DS& model, const Make3DSOptions& options, std::int3
         if (!result.error.empty()) result.part = OIFPart{};
         return result;
     }
-    Shade(w.vertices, options.shadeMode);
+    ShadeByDistance(w.vertices, options.shadeMode == 1);
     if (options.weldMode == 1) {
         const double t = static_cast<double>(options.weldDistance) * 100.0;
         weld(w.vertices, t);
@@ -418,6 +376,41 @@ Part3DS MakePart(const Model3DS& model, const Make3DSOptions& options, std::int3
 }
 
 }  // namespace
+
+OIFVertex GameVertex(const Vertex3DS& point) {
+    OIFVertex v;
+    v.X = point.x * 100.0f;
+    v.Y = point.z * 100.0f;
+    v.Z = -point.y * 100.0f;
+    return v;
+}
+
+OIFVertex WorkVertex(const Mesh3DS& mesh, std::int32_t i) {
+    const auto at = static_cast<std::size_t>(i);
+    OIFVertex v = GameVertex(mesh.vertices[at]);
+    v.Shadow = 0xFFFFFFFFu;
+    v.U = mesh.texVerts[at].u;
+    v.V = mesh.texVerts[at].v;
+    return v;
+}
+
+std::string MeshProblem(const Mesh3DS& mesh) {
+    const std::string quoted = "\"" + mesh.name + "\"";
+    if (mesh.vertexCount < 0 || mesh.faceCount < 0 ||
+        static_cast<std::size_t>(mesh.vertexCount) > mesh.vertices.size() ||
+        static_cast<std::size_t>(mesh.faceCount) > mesh.faces.size())
+        return "The mesh " + quoted + " holds fewer vertices or faces than its counts say.";
+    for (std::int32_t f = 0; f < mesh.faceCount; ++f) {
+        const Face3DS& face = mesh.faces[static_cast<std::size_t>(f)];
+        if (std::max({face.a, face.b, face.c}) >= mesh.vertexCount)
+            return "The mesh " + quoted + " has a face on a vertex it does not have.";
+    }
+    const std::size_t coordinates = mesh.texVerts.size();
+    if (coordinates < static_cast<std::size_t>(mesh.vertexCount))
+        return "The mesh " + quoted + " has " + std::to_string(mesh.vertexCount) + " vertices but only " +
+               std::to_string(coordinates) + " texture coordinates; every vertex needs one.";
+    return {};
+}
 
 Parse3DS Parse3DSBytes(const ByteBuffer& bytes) { return ChunkWalker(bytes).Run(); }
 
@@ -462,12 +455,10 @@ Part3DS Make3DSPartReference(const Model3DS& model, const Make3DSOptions& option
     return MakePart(model, options, partNumber, WeldPairwise, KeepFirstPairwise);
 }
 
-std::optional<OIFPart> Make3DSPart(bool doProcess, std::int16_t shadeMode, std::int16_t weldMode,
-                                   std::int32_t weldDistance) {
+std::optional<OIFPart> Make3DSPart(const Make3DSOptions& options) {
     Desktop& desktop = TheDesktop();
     desktop.ShowLoading(Loading3DSText);
-    Part3DS made =
-        Make3DSPartFrom(Table3DS, {doProcess, shadeMode, weldMode, weldDistance}, CurrentProject.OIF.Header.PartCount);
+    Part3DS made = Make3DSPartFrom(Table3DS, options, CurrentProject.OIF.Header.PartCount);
     desktop.HideLoading();
     if (!made.error.empty()) {
         ShowMessage(made.error, MessageIcon::Exclamation);

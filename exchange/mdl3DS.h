@@ -86,10 +86,21 @@ std::string Material3DSTexture(const std::string& materialName);
 void Log3DS(const std::string& text);
 std::function<void(const std::string&)> SetLog3DSSink(std::function<void(const std::string&)> sink);
 
+// A 3DS point in the game's axes and units: 3DS is z-up in metres, the game y-up in
+// centimetres, so (x, y, z) becomes (x * 100, z * 100, -y * 100). Colour and UV are 0.
+OIFVertex GameVertex(const Vertex3DS& point);
+// Vertex i of the mesh as the first working vertex of a part: GameVertex, white, and the mesh's
+// texture coordinates unchanged. The mesh has passed MeshProblem.
+OIFVertex WorkVertex(const Mesh3DS& mesh, std::int32_t i);
+// Why the mesh cannot be made into part geometry, as the message the user sees; "" when it can:
+// counts beyond what was read, a face on a vertex the mesh does not have, or fewer texture
+// coordinates than vertices.
+std::string MeshProblem(const Mesh3DS& mesh);
+
 struct Make3DSOptions {
     bool doProcess = true;
-    std::int16_t shadeMode = 1;
-    std::int16_t weldMode = 0;
+    std::int16_t shadeMode = 1;  // 1: shaded by distance; anything else: flat grey
+    std::int16_t weldMode = 0;   // 1: vertices nearer than weldDistance metres are welded
     std::int32_t weldDistance = 0;
 };
 
@@ -108,5 +119,4 @@ Part3DS Make3DSPartReference(const Model3DS& model, const Make3DSOptions& option
 
 // The part from Table3DS, named after the current document's part count, with the progress
 // window up. A model that cannot make a part is reported in a message box and gives nothing.
-std::optional<OIFPart> Make3DSPart(bool doProcess, std::int16_t shadeMode, std::int16_t weldMode,
-                                   std::int32_t weldDistance);
+std::optional<OIFPart> Make3DSPart(const Make3DSOptions& options);

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <stdexcept>
 
 #include "core/Cp1252.h"
 #include "core/Desktop.h"
+#include "core/ProgramState.h"
 
 namespace {
 
@@ -98,6 +101,29 @@ void CopyRectangles(const std::vector<TextureBox>& boxes, std::vector<ImportText
         textures[i].Right = r.Right;
         textures[i].Bottom = r.Bottom;
     }
+}
+
+AtlasExport ExportAtlas(const std::vector<TextureBox>& boxes, ImportSheet sheet, const std::string& texture,
+                        const std::function<void(const std::vector<ImportTexture>&)>& paint) {
+    CopyRectangles(boxes, Importer.ImportTextures);
+    try {
+        paint(Importer.ImportTextures);
+    } catch (const std::exception& e) {
+        ShowMessage(e.what(), MessageIcon::Exclamation);
+        return AtlasExport::Failed;
+    }
+    std::optional<ImportPartResult> made;
+    switch (ImportKindOf(Importer.ImportFile)) {
+    case ImportKind::Model3DS: made = Make3DSImportPart(texture, sheet); break;
+    case ImportKind::RAVText: made = MakeRAVImportPart(Importer.ImportRAV, texture, sheet); break;
+    case ImportKind::Other: return AtlasExport::Painted;
+    }
+    if (!made->error.empty()) {
+        ShowMessage(made->error, MessageIcon::Exclamation);
+        return AtlasExport::Failed;
+    }
+    CurrentProject.OIF = AddPart(made->part, CurrentProject.OIF);
+    return AtlasExport::PartAdded;
 }
 
 BoxPlace DragPlace(const std::vector<TextureBox>& boxes, std::size_t moving, double mouseX, double mouseY,

@@ -4,6 +4,7 @@
 // the window only shows these boxes and feeds its events in.
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -72,8 +73,17 @@ struct IntRect {
 // True when the intersection has a positive width and height: touching edges do not overlap.
 bool Overlaps(const IntRect& a, const IntRect& b);
 
-// The rectangles GenTexture copies into the textures: each box's left, top, right and bottom.
+// The rectangles ExportAtlas copies into the textures: each box's left, top, right and bottom.
 void CopyRectangles(const std::vector<TextureBox>& boxes, std::vector<ImportTexture>& textures);
+
+enum class AtlasExport { Failed, Painted, PartAdded };
+// "Import Model and Texture" once the layout is within bounds, for the window and the command
+// line alike: the boxes become the textures' rectangles, `paint` writes the atlas bitmap of
+// Importer.ImportTextures (throwing std::runtime_error with the message for the user), and the
+// loaded model, by its kind, becomes one part named with `texture`, added to CurrentProject.OIF.
+// A model neither 3DS nor RAV text makes no part. A failure is reported in a box and stops there.
+AtlasExport ExportAtlas(const std::vector<TextureBox>& boxes, ImportSheet sheet, const std::string& texture,
+                        const std::function<void(const std::vector<ImportTexture>&)>& paint);
 
 inline constexpr std::int32_t EdgeSnapDistance = 3;  // inclusive
 inline constexpr std::int32_t SnapHalf = 2;          // half the width of a texture snap strip

@@ -9,6 +9,7 @@
 #include "core/Desktop.h"
 #include "core/FileOps.h"
 #include "core/ProgramState.h"
+#include "core/Shading.h"
 #include "core/TriStrip.h"
 #include "exchange/VertexWeld.h"
 
@@ -70,26 +71,6 @@ std::string TooManyVertices(std::size_t count) {
 
 // Greys by distance from the origin, worked in singles: 240 at the centre down to 30 at the
 // farthest vertex. A model all at the origin has no farthest distance and stays at 240.
-void ShadeByDistance(std::vector<OIFVertex>& vertices, std::int16_t shade) {
-    if (shade != 1) {
-        for (OIFVertex& v : vertices) v.Shadow = 0x006E6E6Eu;
-        return;
-    }
-    std::vector<float> distance(vertices.size());
-    float farthest = 0;
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        const double x = vertices[i].X, y = vertices[i].Y, z = vertices[i].Z;
-        distance[i] = static_cast<float>(std::sqrt(x * x + y * y + z * z));
-        if (distance[i] > farthest) farthest = distance[i];
-    }
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        const double ratio = static_cast<double>(distance[i]) / farthest;
-        const double g = std::isfinite(ratio) ? std::nearbyint(240.0 - ratio * 210.0) : 240.0;
-        const auto grey = static_cast<std::uint32_t>(std::clamp(g, 0.0, 255.0));
-        vertices[i].Shadow = 0xFF000000u + grey + grey * 256u + grey * 65536u;
-    }
-}
-
 ImportMeshResult Refusal(std::string error) {
     ImportMeshResult result;
     result.error = std::move(error);
@@ -205,21 +186,10 @@ ImportMeshResult Work3DSMesh(const Model3DS& model, const std::vector<ImportText
     ImportMeshResult result;
     std::size_t vertexTotal = 0, indexTotal = 0;
     for (const Mesh3DS& mesh : model.meshes) {
-        const auto vertices = static_cast<std::size_t>(std::max(mesh.vertexCount, 0));
-        const auto faces = static_cast<std::size_t>(std::max(mesh.faceCount, 0));
-        if (vertices > mesh.vertices.size() || faces > mesh.faces.size())
-            result.error = "The mesh \"" + mesh.name + "\" holds fewer vertices or faces than its counts say.";
-        else if (std::any_of(mesh.faces.begin(), mesh.faces.begin() + static_cast<std::ptrdiff_t>(faces),
-                             [&](const Face3DS& f) {
-                                 return std::max({f.a, f.b, f.c}) >= vertices;
-                             }))
-            result.error = "The mesh \"" + mesh.name + "\" has a face on a vertex it does not have.";
-        else if (mesh.texVerts.size() < vertices)
-            result.error = "The mesh \"" + mesh.name + "\" has " + std::to_string(vertices) + " vertices but only " +
-                           std::to_string(mesh.texVerts.size()) + " texture coordinates; every vertex needs one.";
+        result.error = MeshProblem(mesh);
         if (!result.error.empty()) return result;
-        vertexTotal += vertices;
-        indexTotal += faces * 3;
+        vertexTotal += static_cast<std::size_t>(mesh.vertexCount);
+        indexTotal += static_cast<std::size_t>(mesh.faceCount) * 3;
     }
     if (vertexTotal > MostImportVertices) return Refusal(TooManyVertices(vertexTotal));
     ImportMesh& w = result.mesh;
@@ -235,14 +205,7 @@ ImportMeshResult Work3DSMesh(const Model3DS& model, const std::vector<ImportText
                 w.WorkIndices.push_back(static_cast<std::int16_t>(corner + base));
         }
         for (std::int32_t k = 0; k < mesh.vertexCount; ++k) {
-            const Vertex3DS& p = mesh.vertices[static_cast<std::size_t>(k)];
-            OIFVertex v;
-            v.X = p.x * 100.0f;
-            v.Y = p.z * 100.0f;
-            v.Z = -p.y * 100.0f;
-            v.Shadow = 0xFFFFFFFFu;
-            v.U = mesh.texVerts[static_cast<std::size_t>(k)].u;
-            v.V = mesh.texVerts[static_cast<std::size_t>(k)].v;
+            OIFVertex v = WorkVertex(mesh, k);
             PlaceUV(v, textures[static_cast<std::size_t>(t)], settings, sheet);
             w.WorkVertices.push_back(v);
         }
@@ -308,7 +271,7 @@ ImportMeshResult WorkRAVMesh(const RAVFile& rav, const std::vector<ImportTexture
 }
 
 OptimisedMesh OptimiseImportMesh(ImportMesh work, const ImportSettings& settings) {
-    ShadeByDistance(work.WorkVertices, settings.Shade);
+    ShadeByDistance(work.WorkVertices, settings.Shade == 1);
     if (settings.Merge == 1) WeldNearGrid(work.WorkVertices, MergeDistance(settings));
     OptimisedMesh out;
     const std::vector<std::int32_t> where = KeepFirstHashed(work.WorkVertices, out.OptVertices);
@@ -323,7 +286,7 @@ OptimisedMesh OptimiseImportMesh(ImportMesh work, const ImportSettings& settings
 
 OptimisedMesh OptimiseImportMeshReference(ImportMesh work, const ImportSettings& settings) {
     std::vector<OIFVertex>& v = work.WorkVertices;
-    ShadeByDistance(v, settings.Shade);
+    ShadeByDistance(v, settings.Shade == 1);
     if (settings.Merge == 1) {
         const double d = MergeDistance(settings);
         for (std::size_t i = 0; i < v.size(); ++i)

@@ -36,7 +36,7 @@ struct ImportTexture {
     std::string Name;  // as the model names it; the key for finding a texture again
     std::string Path;  // TexturesPath + Name, or what the user picked when that file is missing
     PictureSize Picture;
-    // The rectangle on the atlas, right and bottom exclusive. Written only by GenTexture.
+    // The rectangle on the atlas, right and bottom exclusive. Written only by ExportAtlas.
     std::int32_t Left = 0, Top = 0, Right = 0, Bottom = 0;
     bool operator==(const ImportTexture&) const = default;
 };
@@ -147,7 +147,7 @@ struct ImportPartResult {
     std::string error;
 };
 // The two makers over the loaded model in Importer, with the progress window up, named after
-// CurrentProject's part count. They read the rectangles GenTexture wrote. The RAV maker fixes the
+// CurrentProject's part count. They read the rectangles ExportAtlas wrote. The RAV maker fixes the
 // crowd rows of Importer.ImportRAV again at each run.
 ImportPartResult Make3DSImportPart(const std::string& texture, ImportSheet sheet);
 ImportPartResult MakeRAVImportPart(RAVFile& rav, const std::string& texture, ImportSheet sheet);

@@ -170,9 +170,7 @@ CrowdRow QuadFrom3DSMesh(const Mesh3DS& mesh) {
     CrowdRow row;
     for (std::size_t i = 0; i < 4; ++i) {
         OIFVertex& v = row.V[static_cast<std::size_t>(place[i])];
-        v.X = mesh.vertices[i].x * 100.0f;
-        v.Y = mesh.vertices[i].z * 100.0f;
-        v.Z = -mesh.vertices[i].y * 100.0f;
+        v = GameVertex(mesh.vertices[i]);
         v.U = uv[i][0];
         v.V = uv[i][1];
     }

@@ -1,28 +1,18 @@
 #include "wizards/LightingOps.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <stdexcept>
 
 #include "core/NumberText.h"
+#include "core/Shading.h"
 #include "core/myOps.h"
 
-namespace {
-
-double Distance(const OIFVertex& v) {
-    const double x = v.X, y = v.Y, z = v.Z;
-    return std::sqrt(x * x + y * y + z * z);
-}
-
-}  // namespace
-
 OIFFile ApplyLighting(const OIFFile& doc, const std::string& originText) {
-    double farthest = 0;
+    float farthest = 0;
     bool anyVertex = false;
     for (const OIFPart& part : doc.Parts)
         for (const OIFVertex& v : part.Vertices) {
-            farthest = std::max(farthest, Distance(v));
+            farthest = std::max(farthest, OriginDistance(v));
             anyVertex = true;
         }
     if (anyVertex && !(farthest > 0))
@@ -30,11 +20,7 @@ OIFFile ApplyLighting(const OIFFile& doc, const std::string& originText) {
     const double p = std::clamp(LeadingNumber(originText), 0.0, 100.0) / 100;
     OIFFile lit = doc;
     for (OIFPart& part : lit.Parts)
-        for (OIFVertex& v : part.Vertices) {
-            const double g = std::nearbyint(240 - Distance(v) / farthest * 210);
-            const auto s = static_cast<std::uint32_t>(std::nearbyint((g - FarthestGrey) * p) + FarthestGrey);
-            v.Shadow = 0xFF000000u + s * 65536u + s * 256u + s;
-        }
+        for (OIFVertex& v : part.Vertices) v.Shadow = DistanceShade(OriginDistance(v), farthest, p);
     return lit;
 }
 

@@ -5,13 +5,10 @@
 
 #include "core/oif.h"
 
-// The grey of the farthest vertex, whatever the wizard's "Furthest point:" box says.
-inline constexpr int FarthestGrey = 30;
-
-// The document with every vertex of every part lit: g = 240 - d / D * 210 rounded, where D is
-// the greatest distance of any vertex, then grey (g - 30) * p rounded + 30 with p the origin's
-// brightness in percent (`originText` read as the box reads it, clamped to 0..100). Throws
-// std::runtime_error when vertices exist and all of them lie at the origin.
+// The document with every vertex of every part lit by DistanceShade against the farthest vertex
+// of the whole document, dimmed by the origin's brightness in percent (`originText` read as the
+// box reads it, clamped to 0..100). The farthest grey stays 30 whatever the wizard's "Furthest
+// point:" box says. Throws std::runtime_error when vertices exist and all lie at the origin.
 OIFFile ApplyLighting(const OIFFile& doc, const std::string& originText);
 
 // The key filter of the two brightness boxes: digits, one ".", Tab, Enter and Backspace; a "0"

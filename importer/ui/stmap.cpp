@@ -388,26 +388,17 @@ void stmap::cmdExportClick() {
     setEnabled(false);
     const std::string file = chooseBitmap();
     if (file.empty()) return;  // the window stays disabled, as users of the tool know it
-    if (!GenTexture(file)) {
+    const auto paint = [&](const std::vector<ImportTexture>& textures) {
+        SaveBitmap(PaintAtlas(picBg_->width(), picBg_->height(), textures, pictures_), file);
+        DrawBackground();
+        PlaceHandles();
+    };
+    const AtlasExport done = ExportAtlas(boxes_, sheet(), DocumentText(texturebox_->currentText()), paint);
+    if (done == AtlasExport::Failed) {
         setEnabled(true);
         return;
     }
-    const std::string texture = DocumentText(texturebox_->currentText());
-    std::optional<ImportPartResult> made;
-    switch (ImportKindOf(Importer.ImportFile)) {
-    case ImportKind::Model3DS: made = Make3DSImportPart(texture, sheet()); break;
-    case ImportKind::RAVText: made = MakeRAVImportPart(Importer.ImportRAV, texture, sheet()); break;
-    case ImportKind::Other: break;
-    }
-    if (made && !made->error.empty()) {
-        ShowMessage(made->error, MessageIcon::Exclamation);
-        setEnabled(true);
-        return;
-    }
-    if (made) {
-        CurrentProject.OIF = AddPart(made->part, CurrentProject.OIF);
-        RecordCommand("Stadium Importer");
-    }
+    if (done == AtlasExport::PartAdded) RecordCommand("Stadium Importer");
     TheViews().RefreshPartsList();
     TheViews().RebuildPreviews();
     if (ReadConfig("Stadium Importer", "AutoClose") == "1") {
@@ -416,19 +407,6 @@ void stmap::cmdExportClick() {
     }
     ShowMessage(ImportedMessage, MessageIcon::Information, "Terramason");
     setEnabled(true);
-}
-
-bool stmap::GenTexture(const std::string& fileName) {
-    CopyRectangles(boxes_, Importer.ImportTextures);
-    try {
-        SaveBitmap(PaintAtlas(picBg_->width(), picBg_->height(), Importer.ImportTextures, pictures_), fileName);
-    } catch (const std::exception& e) {
-        ShowMessage(e.what(), MessageIcon::Exclamation);
-        return false;
-    }
-    DrawBackground();
-    PlaceHandles();
-    return true;
 }
 
 void stmap::cmdSettingsClick() {

@@ -56,7 +56,6 @@ public:
     void PlaceHandles();
     // The export and the bitmap it writes; false when the bitmap could not be written.
     void cmdExportClick();
-    bool GenTexture(const std::string& fileName);
     void cmdSettingsClick();
     void Command1Click();
 
