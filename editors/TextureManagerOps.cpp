@@ -1,6 +1,7 @@
 #include "editors/TextureManagerOps.h"
 
 #include <filesystem>
+#include <stdexcept>
 
 #include "core/Desktop.h"
 #include "core/FileOps.h"
@@ -69,6 +70,15 @@ std::string PointerPositionText(int x, int y) { return "(" + std::to_string(x) +
 std::string TexturePngPath(std::string_view name) { return TempFolder() + "/" + std::string(name) + ".png"; }
 
 bool ImportCopiesFile(const std::string& path) { return FileExtension(path) == "png"; }
+
+void ImportTextureImage(const std::string& source, std::string_view name,
+                        const std::function<bool(const std::string& target)>& writePng) {
+    const std::string target = TexturePngPath(name);
+    std::filesystem::create_directories(std::filesystem::path(target).parent_path());
+    if (ImportCopiesFile(source))
+        std::filesystem::copy_file(source, target, std::filesystem::copy_options::overwrite_existing);
+    else if (!writePng(target)) throw std::runtime_error("Cannot write \"" + target + "\".");
+}
 
 bool NameTextureForPreview(const std::string& source, const std::string& name) {
     if (name.empty()) {

@@ -2,6 +2,7 @@
 // The rules of the Texture Manager and of the texture naming window that need no window: the
 // predefined UVs of the project's texture slots, the click on the image, the window's size, and
 // where the images for the previews go.
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,11 @@ std::string PointerPositionText(int x, int y);
 std::string TexturePngPath(std::string_view name);
 // A PNG is imported by copying it; any other image is converted to PNG.
 bool ImportCopiesFile(const std::string& path);
+// "&Import texture": the picture at `source` becomes the image of the named texture. A PNG is
+// copied as it is; any other picture is handed to `writePng` with the target path, which writes
+// it as PNG and says whether it could. Throws std::runtime_error when the image is not written.
+void ImportTextureImage(const std::string& source, std::string_view name,
+                        const std::function<bool(const std::string& target)>& writePng);
 
 inline constexpr const char* ImportTextureTitle = "Import texture...";
 inline constexpr const char* ImportTextureFilter =

@@ -12,7 +12,6 @@
 #include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
-#include <filesystem>
 #include <stdexcept>
 
 #include "core/Desktop.h"
@@ -233,12 +232,8 @@ void vorntexture::importtexClick() {
     const std::string path = TheDesktop().OpenFile(ImportTextureTitle, ImportTextureFilter, "", "");
     if (path.empty()) return;
     const QImage image = ReadImage(path);
-    const std::string target = TexturePngPath(DocumentText(texturebox_->currentText()));
-    std::filesystem::create_directories(std::filesystem::path(target).parent_path());
-    if (ImportCopiesFile(path))
-        std::filesystem::copy_file(path, target, std::filesystem::copy_options::overwrite_existing);
-    else if (!image.save(QString::fromStdString(target), "PNG"))
-        throw std::runtime_error("Cannot write \"" + target + "\".");
+    ImportTextureImage(path, DocumentText(texturebox_->currentText()),
+                       [&](const std::string& target) { return image.save(QString::fromStdString(target), "PNG"); });
     showImage(image);
 }
 
