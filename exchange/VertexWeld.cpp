@@ -31,6 +31,80 @@ struct Member {
 
 }  // namespace
 
+namespace {
+
+constexpr double GridLimit = 2199023255552.0;    // 2^41 cells from the origin
+constexpr double FarFrom = 1099511627776.0 - 2;  // 2^40 - 2
+
+bool FinitePlace(const OIFVertex& p) { return std::isfinite(p.X) && std::isfinite(p.Y) && std::isfinite(p.Z); }
+
+// The vertices sorted into cells of a grid, each cell's members side by side, with the occupied
+// cells around each cell; places too far out for the grid's arithmetic are listed apart.
+struct CellGrid {
+    std::vector<Cell> cells;
+    std::vector<std::uint32_t> begin, end, members, cellOf, farList;
+    std::vector<std::uint32_t> aroundBegin, around;
+};
+
+void SortIntoCells(const std::vector<OIFVertex>& place, double cellSize, CellGrid& g) {
+    const auto n = static_cast<std::uint32_t>(place.size());
+    std::vector<Member> sorted;
+    sorted.reserve(n);
+    for (std::uint32_t i = 0; i < n; ++i) {
+        const OIFVertex& p = place[i];
+        // A place with no finite coordinates is never near anything.
+        if (!FinitePlace(p)) continue;
+        const double qx = p.X / cellSize, qy = p.Y / cellSize, qz = p.Z / cellSize;
+        const double q = std::max({std::fabs(qx), std::fabs(qy), std::fabs(qz)});
+        if (q >= FarFrom) g.farList.push_back(i);
+        if (q >= GridLimit) continue;
+        sorted.push_back({{static_cast<std::int64_t>(std::floor(qx)), static_cast<std::int64_t>(std::floor(qy)),
+                           static_cast<std::int64_t>(std::floor(qz))},
+                          i});
+    }
+    std::sort(sorted.begin(), sorted.end(), [](const Member& a, const Member& b) {
+        return a.cell < b.cell || (a.cell == b.cell && a.vertex < b.vertex);
+    });
+    g.members.resize(sorted.size());
+    g.cellOf.assign(n, None);
+    for (std::size_t k = 0; k < sorted.size(); ++k) {
+        if (k == 0 || !(sorted[k].cell == sorted[k - 1].cell)) {
+            g.cells.push_back(sorted[k].cell);
+            g.begin.push_back(static_cast<std::uint32_t>(k));
+        }
+        g.members[k] = sorted[k].vertex;
+        g.cellOf[sorted[k].vertex] = static_cast<std::uint32_t>(g.cells.size() - 1);
+    }
+    const std::size_t cellCount = g.cells.size();
+    g.end.resize(cellCount);
+    for (std::size_t c = 0; c < cellCount; ++c)
+        g.end[c] = c + 1 < cellCount ? g.begin[c + 1] : static_cast<std::uint32_t>(sorted.size());
+}
+
+// The occupied cells around each cell. For each of the nine rows along z next to a cell's own,
+// the row's first cell in sorted order only moves forward from one cell to the next, so nine
+// cursors walking with the cells find them all without a lookup.
+void FindNeighbours(CellGrid& g) {
+    const std::size_t cellCount = g.cells.size();
+    g.aroundBegin.assign(cellCount + 1, 0);
+    g.around.reserve(cellCount * 9);
+    std::array<std::size_t, 9> cursor{};
+    for (std::size_t c = 0; c < cellCount; ++c) {
+        for (std::size_t o = 0; o < 9; ++o) {
+            const std::int64_t dx = static_cast<std::int64_t>(o / 3) - 1, dy = static_cast<std::int64_t>(o % 3) - 1;
+            const Cell low{g.cells[c].x + dx, g.cells[c].y + dy, g.cells[c].z - 1};
+            const Cell high{g.cells[c].x + dx, g.cells[c].y + dy, g.cells[c].z + 1};
+            std::size_t& k = cursor[o];
+            while (k < cellCount && g.cells[k] < low) ++k;
+            for (std::size_t m = k; m < cellCount && !(high < g.cells[m]); ++m)
+                g.around.push_back(static_cast<std::uint32_t>(m));
+        }
+        g.aroundBegin[c + 1] = static_cast<std::uint32_t>(g.around.size());
+    }
+}
+
+}  // namespace
+
 // The same outcome as the pairwise rule without comparing every pair. Vertices that share a place
 // form a group whose place never changes; a weld moves a whole group onto the group of the
 // vertex being looked at. Groups sit in a grid of cells a little wider than the distance, so
@@ -41,9 +115,6 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
     if (!(t > 0)) return;  // nothing is nearer than no distance
     const auto n = static_cast<std::uint32_t>(v.size());
     const double cellSize = t * 1.01;
-    constexpr double gridLimit = 2199023255552.0;    // 2^41 cells from the origin
-    constexpr double farFrom = 1099511627776.0 - 2;  // 2^40 - 2
-
     std::vector<std::uint32_t> parent(n);
     std::iota(parent.begin(), parent.end(), 0u);
     std::vector<std::uint32_t> pending(n, 1);  // members of a group still to be looked at
@@ -52,59 +123,9 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         while (parent[x] != x) x = parent[x] = parent[parent[x]];
         return x;
     };
-
-    // The vertices sorted by cell, which lays the members of each cell out side by side.
-    std::vector<Member> sorted;
-    sorted.reserve(n);
-    std::vector<std::uint32_t> farList;
-    for (std::uint32_t i = 0; i < n; ++i) {
-        const OIFVertex& p = place[i];
-        // A place with no finite coordinates is never near anything.
-        if (!std::isfinite(p.X) || !std::isfinite(p.Y) || !std::isfinite(p.Z)) continue;
-        const double qx = p.X / cellSize, qy = p.Y / cellSize, qz = p.Z / cellSize;
-        const double q = std::max({std::fabs(qx), std::fabs(qy), std::fabs(qz)});
-        if (q >= farFrom) farList.push_back(i);
-        if (q >= gridLimit) continue;
-        sorted.push_back({{static_cast<std::int64_t>(std::floor(qx)), static_cast<std::int64_t>(std::floor(qy)),
-                           static_cast<std::int64_t>(std::floor(qz))},
-                          i});
-    }
-    std::sort(sorted.begin(), sorted.end(), [](const Member& a, const Member& b) {
-        return a.cell < b.cell || (a.cell == b.cell && a.vertex < b.vertex);
-    });
-    std::vector<Cell> cells;
-    std::vector<std::uint32_t> begin, end, members(sorted.size()), cellOf(n, None);
-    for (std::size_t k = 0; k < sorted.size(); ++k) {
-        if (k == 0 || !(sorted[k].cell == sorted[k - 1].cell)) {
-            cells.push_back(sorted[k].cell);
-            begin.push_back(static_cast<std::uint32_t>(k));
-        }
-        members[k] = sorted[k].vertex;
-        cellOf[sorted[k].vertex] = static_cast<std::uint32_t>(cells.size() - 1);
-    }
-    const std::size_t cellCount = cells.size();
-    end.resize(cellCount);
-    for (std::size_t c = 0; c < cellCount; ++c)
-        end[c] = c + 1 < cellCount ? begin[c + 1] : static_cast<std::uint32_t>(sorted.size());
-
-    // The occupied cells around each cell. For each of the nine rows along z next to a cell's
-    // own, the row's first cell in sorted order only moves forward from one cell to the next,
-    // so nine cursors walking with the cells find them all without a lookup.
-    std::vector<std::uint32_t> aroundBegin(cellCount + 1, 0), around;
-    around.reserve(cellCount * 9);
-    std::array<std::size_t, 9> cursor{};
-    for (std::size_t c = 0; c < cellCount; ++c) {
-        for (std::size_t o = 0; o < 9; ++o) {
-            const std::int64_t dx = static_cast<std::int64_t>(o / 3) - 1, dy = static_cast<std::int64_t>(o % 3) - 1;
-            const Cell low{cells[c].x + dx, cells[c].y + dy, cells[c].z - 1};
-            const Cell high{cells[c].x + dx, cells[c].y + dy, cells[c].z + 1};
-            std::size_t& k = cursor[o];
-            while (k < cellCount && cells[k] < low) ++k;
-            for (std::size_t m = k; m < cellCount && !(high < cells[m]); ++m)
-                around.push_back(static_cast<std::uint32_t>(m));
-        }
-        aroundBegin[c + 1] = static_cast<std::uint32_t>(around.size());
-    }
+    CellGrid g;
+    SortIntoCells(place, cellSize, g);
+    FindNeighbours(g);
 
     // Welds the live groups of [first, last) that are near `root` into it; returns the new
     // end of the range, with merged and finished groups dropped from it.
@@ -129,18 +150,18 @@ void WeldNearGrid(std::vector<OIFVertex>& v, double t) {
         PlaceAt(v[i], place[root]);
         --pending[root];
         const OIFVertex& p = place[root];
-        if (!std::isfinite(p.X) || !std::isfinite(p.Y) || !std::isfinite(p.Z)) continue;
+        if (!FinitePlace(p)) continue;
         if (std::max({std::fabs(p.X / cellSize), std::fabs(p.Y / cellSize), std::fabs(p.Z / cellSize)}) >=
-            gridLimit / 2) {
-            farList.resize(static_cast<std::size_t>(weldInto(root, farList.data(), farList.data() + farList.size()) -
-                                                    farList.data()));
+            GridLimit / 2) {
+            std::vector<std::uint32_t>& far = g.farList;
+            far.resize(static_cast<std::size_t>(weldInto(root, far.data(), far.data() + far.size()) - far.data()));
             continue;
         }
-        const std::uint32_t c = cellOf[root];
-        for (std::uint32_t k = aroundBegin[c]; k < aroundBegin[c + 1]; ++k) {
-            const std::uint32_t a = around[k];
-            end[a] = static_cast<std::uint32_t>(weldInto(root, members.data() + begin[a], members.data() + end[a]) -
-                                                members.data());
+        const std::uint32_t c = g.cellOf[root];
+        for (std::uint32_t k = g.aroundBegin[c]; k < g.aroundBegin[c + 1]; ++k) {
+            const std::uint32_t a = g.around[k];
+            std::uint32_t* members = g.members.data();
+            g.end[a] = static_cast<std::uint32_t>(weldInto(root, members + g.begin[a], members + g.end[a]) - members);
         }
     }
 }

@@ -56,52 +56,8 @@ vornoifform::vornoifform(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("vornoifform"));
     setWindowTitle(QStringLiteral("OIF Editor"));
 
-    auto* frame1 = Named(new QGroupBox(QStringLiteral("Part"), this), "Frame1");
-    oifpartbox_ = LongList(frame1, "oifpartbox");
-    oifpartname_ = Named(new QLineEdit(frame1), "oifpartname");
-    nameLabel_ = Named(Caption(frame1, "Name:", oifpartname_), "Label1");
-    oifparttexture_ = Named(new QComboBox(frame1), "oifparttexture");
-    oifparttexture_->setEditable(true);
-    // A typed name is stored as typed: no completion from the list, and Enter adds no row.
-    oifparttexture_->setCompleter(nullptr);
-    oifparttexture_->setInsertPolicy(QComboBox::NoInsert);
-    for (const std::string& name : TextureListNames()) oifparttexture_->addItem(QString::fromStdString(name));
-    textureLabel_ = Named(Caption(frame1, "Texture:", oifparttexture_), "Label2");
-    oifpartdel_ = Named(new QPushButton(QStringLiteral("Delete"), frame1), "oifpartdel");
-    oifpartexp_ = Named(new QPushButton(QStringLiteral("Export"), frame1), "oifpartexp");
-    refreshoif_ = Named(new QPushButton(QStringLiteral("Refresh"), frame1), "refreshoif");
-    auto* part = new QGridLayout(frame1);
-    part->addWidget(oifpartbox_, 0, 0, 1, 2);
-    part->addWidget(nameLabel_, 1, 0);
-    part->addWidget(oifpartname_, 1, 1);
-    part->addWidget(textureLabel_, 2, 0);
-    part->addWidget(oifparttexture_, 2, 1);
-    auto* partButtons = new QHBoxLayout;
-    for (QPushButton* b : {oifpartdel_, oifpartexp_, refreshoif_}) partButtons->addWidget(b);
-    part->addLayout(partButtons, 3, 0, 1, 2);
-
-    frame2_ = Named(new QGroupBox(QStringLiteral("Vertices"), this), "Frame2");
-    oifpartvertices_ = LongList(frame2_, "oifpartvertices");
-    auto* vertices = new QGridLayout(frame2_);
-    vertices->addWidget(oifpartvertices_, 0, 0, 1, 3);
-    int row = 1;
-    for (int i = 0; i < 5; ++i) {
-        if (i == 3) vertices->addWidget(new QLabel(QStringLiteral("Textures UV Mapping"), frame2_), row++, 0, 1, 3);
-        vertexFields_[i] = Named(new QLineEdit(frame2_), FieldNames[i]);
-        vertices->addWidget(Caption(frame2_, FieldCaptions[i], vertexFields_[i]), row, 0);
-        vertices->addWidget(vertexFields_[i], row++, 1, 1, 2);
-    }
-    oifvertexshadowbox_ = Named(new QLineEdit(frame2_), "oifvertexshadowbox");
-    percentbright_ = Named(new QLabel(QStringLiteral("100%"), frame2_), "percentbright");
-    vertices->addWidget(Caption(frame2_, "Brightness", oifvertexshadowbox_), row, 0);
-    vertices->addWidget(oifvertexshadowbox_, row, 1);
-    vertices->addWidget(percentbright_, row++, 2);
-    oifvertexpointsel_ = Named(new QComboBox(frame2_), "oifvertexpointsel");
-    vertices->addWidget(Caption(frame2_, "Point:", oifvertexpointsel_), row, 0);
-    vertices->addWidget(oifvertexpointsel_, row++, 1, 1, 2);
-    texturesmanagerbut_ = Named(new QPushButton(QStringLiteral("Textures Manager"), frame2_), "texturesmanagerbut");
-    vertices->addWidget(texturesmanagerbut_, row, 0, 1, 3);
-    vertices->setColumnStretch(1, 1);
+    auto* frame1 = buildPartFrame();
+    buildVertexFrame();
 
     frame3_ = Named(new QGroupBox(QStringLiteral("Indices"), this), "Frame3");
     indicesbox_ = Named(new QListWidget(frame3_), "indicesbox");
@@ -117,19 +73,7 @@ vornoifform::vornoifform(QWidget* parent) : QWidget(parent) {
     layout->addLayout(left);
     layout->addWidget(frame3_, 1);
 
-    handlers_.bind(oifpartbox_, [this] { oifpartboxClick(); });
-    handlers_.bind(oifpartname_, [this] { oifpartnameChange(); });
-    handlers_.bind(oifparttexture_, [this] { oifparttextureChange(); });
-    handlers_.bind(oifpartvertices_, [this] { oifpartverticesClick(); });
-    for (int i = 0; i < 5; ++i) handlers_.bind(vertexFields_[i], [this, i] { vertexFieldChange(i); });
-    handlers_.bind(oifvertexpointsel_, [this] { oifvertexpointselClick(); });
-    handlers_.afterUserChange([this](QObject* control) { recordEdit(control); });
-    FilterNumericKeys(oifvertextexx());
-    FilterNumericKeys(oifvertextexy());
-    connect(oifpartdel_, &QPushButton::clicked, this, &vornoifform::oifpartdelClick);
-    connect(oifpartexp_, &QPushButton::clicked, this, &vornoifform::oifpartexpClick);
-    connect(refreshoif_, &QPushButton::clicked, this, &vornoifform::refreshoifClick);
-    connect(texturesmanagerbut_, &QPushButton::clicked, this, &vornoifform::texturesmanagerbutClick);
+    wireHandlers();
 
     // Nothing is listed before the first refresh.
     enablePartControls(false);
@@ -302,4 +246,72 @@ void vornoifform::closeEvent(QCloseEvent* event) {
     if (liveForm == this) liveForm = nullptr;
     emit unloaded();
     QWidget::closeEvent(event);
+}
+
+QGroupBox* vornoifform::buildPartFrame() {
+    auto* frame1 = Named(new QGroupBox(QStringLiteral("Part"), this), "Frame1");
+    oifpartbox_ = LongList(frame1, "oifpartbox");
+    oifpartname_ = Named(new QLineEdit(frame1), "oifpartname");
+    nameLabel_ = Named(Caption(frame1, "Name:", oifpartname_), "Label1");
+    oifparttexture_ = Named(new QComboBox(frame1), "oifparttexture");
+    oifparttexture_->setEditable(true);
+    // A typed name is stored as typed: no completion from the list, and Enter adds no row.
+    oifparttexture_->setCompleter(nullptr);
+    oifparttexture_->setInsertPolicy(QComboBox::NoInsert);
+    for (const std::string& name : TextureListNames()) oifparttexture_->addItem(QString::fromStdString(name));
+    textureLabel_ = Named(Caption(frame1, "Texture:", oifparttexture_), "Label2");
+    oifpartdel_ = Named(new QPushButton(QStringLiteral("Delete"), frame1), "oifpartdel");
+    oifpartexp_ = Named(new QPushButton(QStringLiteral("Export"), frame1), "oifpartexp");
+    refreshoif_ = Named(new QPushButton(QStringLiteral("Refresh"), frame1), "refreshoif");
+    auto* part = new QGridLayout(frame1);
+    part->addWidget(oifpartbox_, 0, 0, 1, 2);
+    part->addWidget(nameLabel_, 1, 0);
+    part->addWidget(oifpartname_, 1, 1);
+    part->addWidget(textureLabel_, 2, 0);
+    part->addWidget(oifparttexture_, 2, 1);
+    auto* partButtons = new QHBoxLayout;
+    for (QPushButton* b : {oifpartdel_, oifpartexp_, refreshoif_}) partButtons->addWidget(b);
+    part->addLayout(partButtons, 3, 0, 1, 2);
+    return frame1;
+}
+
+void vornoifform::buildVertexFrame() {
+    frame2_ = Named(new QGroupBox(QStringLiteral("Vertices"), this), "Frame2");
+    oifpartvertices_ = LongList(frame2_, "oifpartvertices");
+    auto* vertices = new QGridLayout(frame2_);
+    vertices->addWidget(oifpartvertices_, 0, 0, 1, 3);
+    int row = 1;
+    for (int i = 0; i < 5; ++i) {
+        if (i == 3) vertices->addWidget(new QLabel(QStringLiteral("Textures UV Mapping"), frame2_), row++, 0, 1, 3);
+        vertexFields_[i] = Named(new QLineEdit(frame2_), FieldNames[i]);
+        vertices->addWidget(Caption(frame2_, FieldCaptions[i], vertexFields_[i]), row, 0);
+        vertices->addWidget(vertexFields_[i], row++, 1, 1, 2);
+    }
+    oifvertexshadowbox_ = Named(new QLineEdit(frame2_), "oifvertexshadowbox");
+    percentbright_ = Named(new QLabel(QStringLiteral("100%"), frame2_), "percentbright");
+    vertices->addWidget(Caption(frame2_, "Brightness", oifvertexshadowbox_), row, 0);
+    vertices->addWidget(oifvertexshadowbox_, row, 1);
+    vertices->addWidget(percentbright_, row++, 2);
+    oifvertexpointsel_ = Named(new QComboBox(frame2_), "oifvertexpointsel");
+    vertices->addWidget(Caption(frame2_, "Point:", oifvertexpointsel_), row, 0);
+    vertices->addWidget(oifvertexpointsel_, row++, 1, 1, 2);
+    texturesmanagerbut_ = Named(new QPushButton(QStringLiteral("Textures Manager"), frame2_), "texturesmanagerbut");
+    vertices->addWidget(texturesmanagerbut_, row, 0, 1, 3);
+    vertices->setColumnStretch(1, 1);
+}
+
+void vornoifform::wireHandlers() {
+    handlers_.bind(oifpartbox_, [this] { oifpartboxClick(); });
+    handlers_.bind(oifpartname_, [this] { oifpartnameChange(); });
+    handlers_.bind(oifparttexture_, [this] { oifparttextureChange(); });
+    handlers_.bind(oifpartvertices_, [this] { oifpartverticesClick(); });
+    for (int i = 0; i < 5; ++i) handlers_.bind(vertexFields_[i], [this, i] { vertexFieldChange(i); });
+    handlers_.bind(oifvertexpointsel_, [this] { oifvertexpointselClick(); });
+    handlers_.afterUserChange([this](QObject* control) { recordEdit(control); });
+    FilterNumericKeys(oifvertextexx());
+    FilterNumericKeys(oifvertextexy());
+    connect(oifpartdel_, &QPushButton::clicked, this, &vornoifform::oifpartdelClick);
+    connect(oifpartexp_, &QPushButton::clicked, this, &vornoifform::oifpartexpClick);
+    connect(refreshoif_, &QPushButton::clicked, this, &vornoifform::refreshoifClick);
+    connect(texturesmanagerbut_, &QPushButton::clicked, this, &vornoifform::texturesmanagerbutClick);
 }

@@ -70,6 +70,9 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    QGroupBox* buildPartFrame();
+    void buildVertexFrame();
+    void wireHandlers();
     void enablePartControls(bool enabled);
     void enableVertexControls(bool enabled);
     // Typing in X, Y, Z (fields 0 to 2), U or V (3 and 4).

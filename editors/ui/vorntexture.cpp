@@ -47,90 +47,10 @@ vorntexture::vorntexture(QWidget* parent) : QWidget(parent, Qt::Window) {
     setWindowTitle(QStringLiteral("Texture Manager"));
     setMouseTracking(true);
 
-    picture1_ = Named(new QWidget(this), "Picture1");
-    picture1_->setMouseTracking(true);
-    picture1_->installEventFilter(this);
-    picture1_->move(Margin, Margin);
-    image1_ = Named(new QLabel(picture1_), "Image1");
-    image1_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    // The marker has never been moved or used: shown at the image's corner it would pass for a
-    // picked point, so it stays hidden.
-    points_ = Named(new QWidget(picture1_), "points");
-    points_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    points_->setGeometry(0, 0, 5, 5);
-    points_->hide();
-
-    auto* column = column_ = new QWidget(this);
-    texturebox_ = Named(new QComboBox(column), "texturebox");
-    QStringList names;
-    for (const std::string& name : TextureListNames()) names << QString::fromStdString(name);
-    handlers_.fill(texturebox_, names);
-    importtex_ = Named(new QPushButton(QStringLiteral("Import"), column), "importtex");
-    texturepartbox_ = Named(new QComboBox(column), "texturepartbox");
-    addtexturepart_ = Named(new QPushButton(QStringLiteral("Add"), column), "addtexturepart");
-    deltexturepart_ = Named(new QPushButton(QStringLiteral("Delete"), column), "deltexturepart");
-    texturepartchange_ = Named(new QLineEdit(column), "texturepartchange");
-    uvbox_[0] = Named(new QLineEdit(column), "uvbox0");
-    uvbox_[1] = Named(new QLineEdit(column), "uvbox1");
-    mylabel_[0] = Named(new QLabel(QStringLiteral("Name"), column), "mylabel0");
-    mylabel_[1] = Named(new QLabel(QStringLiteral("U"), column), "mylabel1");
-    mylabel_[2] = Named(new QLabel(QStringLiteral("V"), column), "mylabel2");
-    mylabel_[0]->setBuddy(texturepartchange_);
-    mylabel_[1]->setBuddy(uvbox_[0]);
-    mylabel_[2]->setBuddy(uvbox_[1]);
-
-    auto* textureRow = new QHBoxLayout;
-    textureRow->addWidget(new QLabel(QStringLiteral("Texture"), column));
-    textureRow->addWidget(texturebox_, 1);
-    textureRow->addWidget(importtex_);
-    auto* pointButtons = new QHBoxLayout;
-    pointButtons->addWidget(addtexturepart_);
-    pointButtons->addWidget(deltexturepart_);
-    auto* point = new QGridLayout;
-    point->addWidget(mylabel_[0], 0, 0);
-    point->addWidget(texturepartchange_, 0, 1);
-    point->addWidget(mylabel_[1], 1, 0);
-    point->addWidget(uvbox_[0], 1, 1);
-    point->addWidget(mylabel_[2], 2, 0);
-    point->addWidget(uvbox_[1], 2, 1);
-    auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(textureRow);
-    layout->addSpacing(12);
-    layout->addWidget(new QLabel(QStringLiteral("Predefined UV Coordinates"), column));
-    layout->addWidget(texturepartbox_);
-    layout->addLayout(pointButtons);
-    layout->addLayout(point);
-    column->setFixedSize(ColumnWidth, column->sizeHint().height());
-    layout->activate();
-
-    statusBar1_ = Named(new QStatusBar(this), "StatusBar1");
-    statusBar1_->setSizeGripEnabled(false);
-    for (int i = 0; i < 3; ++i) {
-        panels_[i] = Named(new QLabel(statusBar1_), i == 2 ? "panel3" : i == 1 ? "panel2" : "panel1");
-        panels_[i]->setFrameShape(QFrame::Panel);
-        panels_[i]->setFrameShadow(QFrame::Sunken);
-        statusBar1_->addWidget(panels_[i], 1);
-    }
-
-    handlers_.bind(texturebox_, [this] { textureboxClick(); });
-    handlers_.bind(texturepartbox_, [this] { texturepartboxClick(); });
-    handlers_.bind(texturepartchange_, [this] { texturepartchangeChange(); });
-    for (int i = 0; i < 2; ++i) {
-        handlers_.bind(uvbox_[i], [this, i] { uvboxChange(i); });
-        FilterNumericKeys(uvbox_[i]);
-    }
-    handlers_.afterUserChange([this](QObject* control) {
-        const std::string at =
-            ":" + std::to_string(texturebox_->currentIndex()) + ":" + std::to_string(texturepartbox_->currentIndex());
-        if (control == texturepartchange_) RecordCommand("UV point name", "name" + at);
-        else if (control == uvbox_[0]) RecordCommand("UV point U", "u" + at);
-        else if (control == uvbox_[1]) RecordCommand("UV point V", "v" + at);
-    });
-    connect(addtexturepart_, &QPushButton::clicked, this, &vorntexture::addtexturepartClick);
-    connect(importtex_, &QPushButton::clicked, this,
-            [this] { GuardedRun("Importing the texture", [this] { importtexClick(); }); });
-    // deltexturepart has no handler: a predefined UV cannot be removed.
+    buildPicture();
+    buildColumn();
+    buildStatusBar();
+    wireHandlers();
 
     enablePointControls(false);
     showImage(QImage());
@@ -272,4 +192,97 @@ bool vorntexture::eventFilter(QObject* watched, QEvent* event) {
 void vorntexture::mouseMoveEvent(QMouseEvent* event) {
     panels_[2]->clear();
     QWidget::mouseMoveEvent(event);
+}
+
+void vorntexture::buildPicture() {
+    picture1_ = Named(new QWidget(this), "Picture1");
+    picture1_->setMouseTracking(true);
+    picture1_->installEventFilter(this);
+    picture1_->move(Margin, Margin);
+    image1_ = Named(new QLabel(picture1_), "Image1");
+    image1_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    // The marker has never been moved or used: shown at the image's corner it would pass for a
+    // picked point, so it stays hidden.
+    points_ = Named(new QWidget(picture1_), "points");
+    points_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    points_->setGeometry(0, 0, 5, 5);
+    points_->hide();
+}
+
+void vorntexture::buildColumn() {
+    auto* column = column_ = new QWidget(this);
+    texturebox_ = Named(new QComboBox(column), "texturebox");
+    QStringList names;
+    for (const std::string& name : TextureListNames()) names << QString::fromStdString(name);
+    handlers_.fill(texturebox_, names);
+    importtex_ = Named(new QPushButton(QStringLiteral("Import"), column), "importtex");
+    texturepartbox_ = Named(new QComboBox(column), "texturepartbox");
+    addtexturepart_ = Named(new QPushButton(QStringLiteral("Add"), column), "addtexturepart");
+    deltexturepart_ = Named(new QPushButton(QStringLiteral("Delete"), column), "deltexturepart");
+    texturepartchange_ = Named(new QLineEdit(column), "texturepartchange");
+    uvbox_[0] = Named(new QLineEdit(column), "uvbox0");
+    uvbox_[1] = Named(new QLineEdit(column), "uvbox1");
+    mylabel_[0] = Named(new QLabel(QStringLiteral("Name"), column), "mylabel0");
+    mylabel_[1] = Named(new QLabel(QStringLiteral("U"), column), "mylabel1");
+    mylabel_[2] = Named(new QLabel(QStringLiteral("V"), column), "mylabel2");
+    mylabel_[0]->setBuddy(texturepartchange_);
+    mylabel_[1]->setBuddy(uvbox_[0]);
+    mylabel_[2]->setBuddy(uvbox_[1]);
+
+    auto* textureRow = new QHBoxLayout;
+    textureRow->addWidget(new QLabel(QStringLiteral("Texture"), column));
+    textureRow->addWidget(texturebox_, 1);
+    textureRow->addWidget(importtex_);
+    auto* pointButtons = new QHBoxLayout;
+    pointButtons->addWidget(addtexturepart_);
+    pointButtons->addWidget(deltexturepart_);
+    auto* point = new QGridLayout;
+    point->addWidget(mylabel_[0], 0, 0);
+    point->addWidget(texturepartchange_, 0, 1);
+    point->addWidget(mylabel_[1], 1, 0);
+    point->addWidget(uvbox_[0], 1, 1);
+    point->addWidget(mylabel_[2], 2, 0);
+    point->addWidget(uvbox_[1], 2, 1);
+    auto* layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(textureRow);
+    layout->addSpacing(12);
+    layout->addWidget(new QLabel(QStringLiteral("Predefined UV Coordinates"), column));
+    layout->addWidget(texturepartbox_);
+    layout->addLayout(pointButtons);
+    layout->addLayout(point);
+    column->setFixedSize(ColumnWidth, column->sizeHint().height());
+    layout->activate();
+}
+
+void vorntexture::buildStatusBar() {
+    statusBar1_ = Named(new QStatusBar(this), "StatusBar1");
+    statusBar1_->setSizeGripEnabled(false);
+    for (int i = 0; i < 3; ++i) {
+        panels_[i] = Named(new QLabel(statusBar1_), i == 2 ? "panel3" : i == 1 ? "panel2" : "panel1");
+        panels_[i]->setFrameShape(QFrame::Panel);
+        panels_[i]->setFrameShadow(QFrame::Sunken);
+        statusBar1_->addWidget(panels_[i], 1);
+    }
+}
+
+void vorntexture::wireHandlers() {
+    handlers_.bind(texturebox_, [this] { textureboxClick(); });
+    handlers_.bind(texturepartbox_, [this] { texturepartboxClick(); });
+    handlers_.bind(texturepartchange_, [this] { texturepartchangeChange(); });
+    for (int i = 0; i < 2; ++i) {
+        handlers_.bind(uvbox_[i], [this, i] { uvboxChange(i); });
+        FilterNumericKeys(uvbox_[i]);
+    }
+    handlers_.afterUserChange([this](QObject* control) {
+        const std::string at =
+            ":" + std::to_string(texturebox_->currentIndex()) + ":" + std::to_string(texturepartbox_->currentIndex());
+        if (control == texturepartchange_) RecordCommand("UV point name", "name" + at);
+        else if (control == uvbox_[0]) RecordCommand("UV point U", "u" + at);
+        else if (control == uvbox_[1]) RecordCommand("UV point V", "v" + at);
+    });
+    connect(addtexturepart_, &QPushButton::clicked, this, &vorntexture::addtexturepartClick);
+    connect(importtex_, &QPushButton::clicked, this,
+            [this] { GuardedRun("Importing the texture", [this] { importtexClick(); }); });
+    // deltexturepart has no handler: a predefined UV cannot be removed.
 }

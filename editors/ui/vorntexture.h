@@ -58,6 +58,10 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void buildPicture();
+    void buildColumn();
+    void buildStatusBar();
+    void wireHandlers();
     void enablePointControls(bool enabled);
     // Sizes Picture1 to the image, shows it, and runs the resize handler.
     void showImage(const QImage& image);

@@ -86,91 +86,10 @@ stmap::stmap(QWidget* owner) : QWidget(owner, Qt::Window) {
     small.setPointSizeF(std::min(small.pointSizeF(), 8.0));
     setFont(small);
 
-    lvTex_ = Named(new QTreeWidget(this), "lvTex");
-    lvTex_->setHeaderLabels({QStringLiteral("Texture")});
-    lvTex_->setRootIsDecorated(false);
-    lvTex_->setGeometry(ColumnLeft, 4, ColumnWidth, 180);
-
-    int y = 190;
-    auto row = [&](QWidget* w, int height = 23) {
-        w->setGeometry(ColumnLeft, y, ColumnWidth, height);
-        y += height + 3;
-    };
-    cmdMap_ = Named(new QPushButton(QStringLiteral("&Map/Unmap"), this), "cmdMap");
-    row(cmdMap_);
-    cmdReset_ = Named(new QPushButton(QStringLiteral("&Reset"), this), "cmdReset");
-    row(cmdReset_);
-    chkSnapToEdge_ = Named(new QCheckBox(QStringLiteral("Snap to &Edges"), this), "chkSnapToEdge");
-    row(chkSnapToEdge_, 20);
-    chkSnapToTex_ = Named(new QCheckBox(QStringLiteral("Snap to Other &Textures"), this), "chkSnapToTex");
-    row(chkSnapToTex_, 20);
-    chkAutoselect_ = Named(new QCheckBox(QStringLiteral("Auto&select"), this), "chkAutoselect");
-    row(chkAutoselect_, 20);
-    for (QCheckBox* box : {chkSnapToEdge_, chkSnapToTex_, chkAutoselect_}) box->setChecked(true);
-    lblSize_ = Named(new QLabel(QStringLiteral("Size: "), this), "lblSize");
-    lblSize_->setGeometry(ColumnLeft, y + 3, 36, 20);
-    cboTexsize_ = Named(new QComboBox(this), "cboTexsize");
-    for (const char* text : SheetSizeTexts) cboTexsize_->addItem(QString::fromLatin1(text));
-    cboTexsize_->setGeometry(ColumnLeft + 40, y, ColumnWidth - 40, 23);
-    y += 28;
-    label1_ = Named(new QLabel(QStringLiteral("Texture name:"), this), "Label1");
-    row(label1_, 16);
-    texturebox_ = Named(new QComboBox(this), "texturebox");
-    texturebox_->setEditable(true);
-    for (const std::string& name : TextureListNames()) texturebox_->addItem(QString::fromStdString(name));
-    texturebox_->setCurrentIndex(0);
-    row(texturebox_);
-    y += 6;
-    cmdCheckBounds_ = Named(new QPushButton(QStringLiteral("&Check Bounds"), this), "cmdCheckBounds");
-    row(cmdCheckBounds_);
-    cmdExport_ = Named(new QPushButton(QStringLiteral("&Import Model and Texture"), this), "cmdExport");
-    row(cmdExport_);
-    cmdSettings_ = Named(new QPushButton(QStringLiteral("&Settings"), this), "cmdSettings");
-    row(cmdSettings_);
-    cmdExit_ = Named(new QPushButton(QStringLiteral("Close"), this), "cmdExit");
-    row(cmdExit_);
-    command1_ = Named(new QPushButton(QStringLiteral("&Help"), this), "Command1");
-    row(command1_);
-
-    picBg_ = Named(new QWidget(this), "picBg");
-    picBg_->setGeometry(SheetLeft, SheetTop, 512, SheetHeight);
-    picBg_->installEventFilter(this);
-    picTex_.push_back(Box(picBg_, "picTex0", BoxColour));
-    picHandle_.push_back(Box(picBg_, "picHandle0", HandleColour));
-    picHandle_[0]->resize(HandleSize, HandleSize);
-
-    statusBar1_ = Named(new QStatusBar(this), "StatusBar1");
-    statusBar1_->setSizeGripEnabled(false);
-    for (int i = 0; i < 2; ++i) {
-        panels_[i] = new QLabel(statusBar1_);
-        panels_[i]->setFrameStyle(QFrame::Panel | QFrame::Sunken);
-        statusBar1_->addWidget(panels_[i], i == 0 ? 0 : 1);
-    }
-    panels_[0]->setMinimumWidth(ColumnWidth);
-    setFixedSize(DesignClientWidth, DesignClientHeight);
-    statusBar1_->setGeometry(0, DesignClientHeight - 22, DesignClientWidth, 22);
-
-    connect(lvTex_, &QTreeWidget::itemClicked, this,
-            [this](QTreeWidgetItem* item) { lvTexItemClick(lvTex_->indexOfTopLevelItem(item) + 1); });
-    // The keys that move through the list choose the texture as a click does.
-    connect(lvTex_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-        const int n = lvTex_->indexOfTopLevelItem(item) + 1;
-        if (n >= 1 && n != currentItem_) lvTexItemClick(n);
-    });
-    connect(cboTexsize_, &QComboBox::currentIndexChanged, this, &stmap::cboTexsizeChange);
-    connect(cmdMap_, &QPushButton::clicked, this, &stmap::cmdMapClick);
-    connect(cmdReset_, &QPushButton::clicked, this, &stmap::cmdResetClick);
-    // Both hand the focus to the list. Taking it from the button in the Ctrl release would stop
-    // the button's own click, which has to follow that release.
-    for (QPushButton* button : {cmdMap_, cmdReset_}) {
-        button->setFocusPolicy(Qt::NoFocus);
-        button->installEventFilter(this);
-    }
-    connect(cmdCheckBounds_, &QPushButton::clicked, this, [this] { CheckBounds(true); });
-    connect(cmdExport_, &QPushButton::clicked, this, &stmap::cmdExportClick);
-    connect(cmdSettings_, &QPushButton::clicked, this, &stmap::cmdSettingsClick);
-    connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
-    connect(command1_, &QPushButton::clicked, this, &stmap::Command1Click);
+    buildColumn();
+    buildSheet();
+    buildStatusBar();
+    wireHandlers();
 }
 
 stmap::~stmap() = default;
@@ -564,4 +483,98 @@ bool stmap::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void stmap::buildColumn() {
+    lvTex_ = Named(new QTreeWidget(this), "lvTex");
+    lvTex_->setHeaderLabels({QStringLiteral("Texture")});
+    lvTex_->setRootIsDecorated(false);
+    lvTex_->setGeometry(ColumnLeft, 4, ColumnWidth, 180);
+
+    int y = 190;
+    auto row = [&](QWidget* w, int height = 23) {
+        w->setGeometry(ColumnLeft, y, ColumnWidth, height);
+        y += height + 3;
+    };
+    cmdMap_ = Named(new QPushButton(QStringLiteral("&Map/Unmap"), this), "cmdMap");
+    row(cmdMap_);
+    cmdReset_ = Named(new QPushButton(QStringLiteral("&Reset"), this), "cmdReset");
+    row(cmdReset_);
+    chkSnapToEdge_ = Named(new QCheckBox(QStringLiteral("Snap to &Edges"), this), "chkSnapToEdge");
+    row(chkSnapToEdge_, 20);
+    chkSnapToTex_ = Named(new QCheckBox(QStringLiteral("Snap to Other &Textures"), this), "chkSnapToTex");
+    row(chkSnapToTex_, 20);
+    chkAutoselect_ = Named(new QCheckBox(QStringLiteral("Auto&select"), this), "chkAutoselect");
+    row(chkAutoselect_, 20);
+    for (QCheckBox* box : {chkSnapToEdge_, chkSnapToTex_, chkAutoselect_}) box->setChecked(true);
+    lblSize_ = Named(new QLabel(QStringLiteral("Size: "), this), "lblSize");
+    lblSize_->setGeometry(ColumnLeft, y + 3, 36, 20);
+    cboTexsize_ = Named(new QComboBox(this), "cboTexsize");
+    for (const char* text : SheetSizeTexts) cboTexsize_->addItem(QString::fromLatin1(text));
+    cboTexsize_->setGeometry(ColumnLeft + 40, y, ColumnWidth - 40, 23);
+    y += 28;
+    label1_ = Named(new QLabel(QStringLiteral("Texture name:"), this), "Label1");
+    row(label1_, 16);
+    texturebox_ = Named(new QComboBox(this), "texturebox");
+    texturebox_->setEditable(true);
+    for (const std::string& name : TextureListNames()) texturebox_->addItem(QString::fromStdString(name));
+    texturebox_->setCurrentIndex(0);
+    row(texturebox_);
+    y += 6;
+    cmdCheckBounds_ = Named(new QPushButton(QStringLiteral("&Check Bounds"), this), "cmdCheckBounds");
+    row(cmdCheckBounds_);
+    cmdExport_ = Named(new QPushButton(QStringLiteral("&Import Model and Texture"), this), "cmdExport");
+    row(cmdExport_);
+    cmdSettings_ = Named(new QPushButton(QStringLiteral("&Settings"), this), "cmdSettings");
+    row(cmdSettings_);
+    cmdExit_ = Named(new QPushButton(QStringLiteral("Close"), this), "cmdExit");
+    row(cmdExit_);
+    command1_ = Named(new QPushButton(QStringLiteral("&Help"), this), "Command1");
+    row(command1_);
+}
+
+void stmap::buildSheet() {
+    picBg_ = Named(new QWidget(this), "picBg");
+    picBg_->setGeometry(SheetLeft, SheetTop, 512, SheetHeight);
+    picBg_->installEventFilter(this);
+    picTex_.push_back(Box(picBg_, "picTex0", BoxColour));
+    picHandle_.push_back(Box(picBg_, "picHandle0", HandleColour));
+    picHandle_[0]->resize(HandleSize, HandleSize);
+}
+
+void stmap::buildStatusBar() {
+    statusBar1_ = Named(new QStatusBar(this), "StatusBar1");
+    statusBar1_->setSizeGripEnabled(false);
+    for (int i = 0; i < 2; ++i) {
+        panels_[i] = new QLabel(statusBar1_);
+        panels_[i]->setFrameStyle(QFrame::Panel | QFrame::Sunken);
+        statusBar1_->addWidget(panels_[i], i == 0 ? 0 : 1);
+    }
+    panels_[0]->setMinimumWidth(ColumnWidth);
+    setFixedSize(DesignClientWidth, DesignClientHeight);
+    statusBar1_->setGeometry(0, DesignClientHeight - 22, DesignClientWidth, 22);
+}
+
+void stmap::wireHandlers() {
+    connect(lvTex_, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* item) { lvTexItemClick(lvTex_->indexOfTopLevelItem(item) + 1); });
+    // The keys that move through the list choose the texture as a click does.
+    connect(lvTex_, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+        const int n = lvTex_->indexOfTopLevelItem(item) + 1;
+        if (n >= 1 && n != currentItem_) lvTexItemClick(n);
+    });
+    connect(cboTexsize_, &QComboBox::currentIndexChanged, this, &stmap::cboTexsizeChange);
+    connect(cmdMap_, &QPushButton::clicked, this, &stmap::cmdMapClick);
+    connect(cmdReset_, &QPushButton::clicked, this, &stmap::cmdResetClick);
+    // Both hand the focus to the list. Taking it from the button in the Ctrl release would stop
+    // the button's own click, which has to follow that release.
+    for (QPushButton* button : {cmdMap_, cmdReset_}) {
+        button->setFocusPolicy(Qt::NoFocus);
+        button->installEventFilter(this);
+    }
+    connect(cmdCheckBounds_, &QPushButton::clicked, this, [this] { CheckBounds(true); });
+    connect(cmdExport_, &QPushButton::clicked, this, &stmap::cmdExportClick);
+    connect(cmdSettings_, &QPushButton::clicked, this, &stmap::cmdSettingsClick);
+    connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
+    connect(command1_, &QPushButton::clicked, this, &stmap::Command1Click);
 }

@@ -102,6 +102,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void buildColumn();
+    void buildSheet();
+    void buildStatusBar();
+    void wireHandlers();
     // The box of texture n shows the layout's numbers.
     void placeBox(int n);
     void setMapped(int n, bool mapped);

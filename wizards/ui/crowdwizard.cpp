@@ -64,80 +64,11 @@ void crowdwizard::buildPages() {
             "it will improve randomisation of the crowd and the crowd texture should not stretch.");
     intro->addStretch();
 
-    QVBoxLayout* source =
-        addPage("Defining the block coordinates", "Choosing how you want to enter the block coordinates");
-    addText(source, "How would you like to define the plane(s) for which you would like to fill with crowd polygons?");
-    polyfrom_[1] = Option("polyfrom1", "Manually");
-    polyfrom_[0] = Option("polyfrom0", "From file");
-    polyfrom_[1]->setChecked(true);
-    file3dsname_ = Box("file3dsname");
-    getfile_ = new QPushButton(QStringLiteral("..."));
-    getfile_->setObjectName(QStringLiteral("getfile"));
-    getfile_->setMaximumWidth(getfile_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
-    auto* fileRow = new QHBoxLayout;
-    fileRow->addSpacing(20);
-    fileRow->addWidget(file3dsname_, 1);
-    fileRow->addWidget(getfile_);
-    source->addWidget(polyfrom_[1]);
-    source->addWidget(polyfrom_[0]);
-    source->addLayout(fileRow);
-    source->addStretch();
+    addSourcePage();
 
-    QVBoxLayout* plane =
-        addPage("Defining the plane",
-                "Enter the 3D Coordinates which defines the plane that you would like filled with crowds.");
-    auto* corners = new QGridLayout;
-    static constexpr const char* cornerNames[4] = {"Bottom Left", "Bottom Right", "Top Right", "Top Left"};
-    // Laid out as the plane stands: the top corners above the bottom ones.
-    static constexpr int cell[4][2] = {{1, 0}, {1, 1}, {0, 1}, {0, 0}};
-    for (std::size_t i = 0; i < 4; ++i) {
-        auto* group = new QGroupBox(QString::fromLatin1(cornerNames[i]));
-        auto* form = new QGridLayout(group);
-        const QString n = QString::number(i);
-        xbox_[i] = Box(qPrintable("xbox" + n), QStringLiteral("0.00"));
-        ybox_[i] = Box(qPrintable("ybox" + n), QStringLiteral("0.00"));
-        zbox_[i] = Box(qPrintable("zbox" + n), QStringLiteral("0.00"));
-        int row = 0;
-        for (auto [axis, box] : {std::pair{"X:", xbox_[i]}, std::pair{"Y:", ybox_[i]}, std::pair{"Z:", zbox_[i]}}) {
-            form->addWidget(new QLabel(QString::fromLatin1(axis)), row, 0);
-            form->addWidget(box, row++, 1);
-        }
-        corners->addWidget(group, cell[i][0], cell[i][1]);
-    }
-    plane->addLayout(corners);
-    plane->addStretch();
+    addPlanePage();
 
-    QVBoxLayout* options = addPage("Crowd Options", "Defining how you want to create your crowds");
-    rowoption_[0] = Option("rowoption0", "Fixed");
-    rowoption_[1] = Option("rowoption1", "Calculate by crowd spacing");
-    noofrows_ = Box("noofrows", QStringLiteral("10"));
-    crowdspacing_ = Box("crowdspacing", QStringLiteral("150.00"));
-    rowheight_ = Box("rowheight", QStringLiteral("300.00"));
-    auto* rows = new QGroupBox(QStringLiteral("Rows"));
-    auto* rowGrid = new QGridLayout(rows);
-    rowGrid->addWidget(rowoption_[0], 0, 0);
-    rowGrid->addWidget(noofrows_, 0, 1);
-    rowGrid->addWidget(rowoption_[1], 1, 0);
-    rowGrid->addWidget(crowdspacing_, 1, 1);
-    rowGrid->addWidget(rowheight_, 2, 1);
-    auto* heightText = new QLabel(QStringLiteral("Row height defines how high each row should be."));
-    heightText->setWordWrap(true);
-    rowGrid->addWidget(heightText, 2, 0);
-    auto* rowChoice = new QButtonGroup(this);
-    rowChoice->addButton(rowoption_[0]);
-    rowChoice->addButton(rowoption_[1]);
-    rowoption_[0]->setChecked(true);
-    options->addWidget(rows);
-    auto* venue = new QGroupBox(QStringLiteral("Venue"));
-    auto* venueRow = new QHBoxLayout(venue);
-    venuebutton_[0] = Option("venuebutton0", "Home");
-    venuebutton_[1] = Option("venuebutton1", "Away");
-    venueRow->addWidget(new QLabel(QStringLiteral("Is the crowd home or away?")), 1);
-    venueRow->addWidget(venuebutton_[0]);
-    venueRow->addWidget(venuebutton_[1]);
-    options->addWidget(venue);
-    options->addStretch();
-    addText(options, "Click Next to create the crowds.");
+    addOptionsPage();
 
     QVBoxLayout* done = addPage("Crowds created!", "Crowds imported to current project OIF file.");
     addText(done,
@@ -227,4 +158,85 @@ void crowdwizard::backbutClick() {
     int t = page() - 1;
     if (t == PlanePage && fromFile()) t -= 1;
     arriveBack(t);
+}
+
+void crowdwizard::addSourcePage() {
+    QVBoxLayout* source =
+        addPage("Defining the block coordinates", "Choosing how you want to enter the block coordinates");
+    addText(source, "How would you like to define the plane(s) for which you would like to fill with crowd polygons?");
+    polyfrom_[1] = Option("polyfrom1", "Manually");
+    polyfrom_[0] = Option("polyfrom0", "From file");
+    polyfrom_[1]->setChecked(true);
+    file3dsname_ = Box("file3dsname");
+    getfile_ = new QPushButton(QStringLiteral("..."));
+    getfile_->setObjectName(QStringLiteral("getfile"));
+    getfile_->setMaximumWidth(getfile_->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
+    auto* fileRow = new QHBoxLayout;
+    fileRow->addSpacing(20);
+    fileRow->addWidget(file3dsname_, 1);
+    fileRow->addWidget(getfile_);
+    source->addWidget(polyfrom_[1]);
+    source->addWidget(polyfrom_[0]);
+    source->addLayout(fileRow);
+    source->addStretch();
+}
+
+void crowdwizard::addPlanePage() {
+    QVBoxLayout* plane =
+        addPage("Defining the plane",
+                "Enter the 3D Coordinates which defines the plane that you would like filled with crowds.");
+    auto* corners = new QGridLayout;
+    static constexpr const char* cornerNames[4] = {"Bottom Left", "Bottom Right", "Top Right", "Top Left"};
+    // Laid out as the plane stands: the top corners above the bottom ones.
+    static constexpr int cell[4][2] = {{1, 0}, {1, 1}, {0, 1}, {0, 0}};
+    for (std::size_t i = 0; i < 4; ++i) {
+        auto* group = new QGroupBox(QString::fromLatin1(cornerNames[i]));
+        auto* form = new QGridLayout(group);
+        const QString n = QString::number(i);
+        xbox_[i] = Box(qPrintable("xbox" + n), QStringLiteral("0.00"));
+        ybox_[i] = Box(qPrintable("ybox" + n), QStringLiteral("0.00"));
+        zbox_[i] = Box(qPrintable("zbox" + n), QStringLiteral("0.00"));
+        int row = 0;
+        for (auto [axis, box] : {std::pair{"X:", xbox_[i]}, std::pair{"Y:", ybox_[i]}, std::pair{"Z:", zbox_[i]}}) {
+            form->addWidget(new QLabel(QString::fromLatin1(axis)), row, 0);
+            form->addWidget(box, row++, 1);
+        }
+        corners->addWidget(group, cell[i][0], cell[i][1]);
+    }
+    plane->addLayout(corners);
+    plane->addStretch();
+}
+
+void crowdwizard::addOptionsPage() {
+    QVBoxLayout* options = addPage("Crowd Options", "Defining how you want to create your crowds");
+    rowoption_[0] = Option("rowoption0", "Fixed");
+    rowoption_[1] = Option("rowoption1", "Calculate by crowd spacing");
+    noofrows_ = Box("noofrows", QStringLiteral("10"));
+    crowdspacing_ = Box("crowdspacing", QStringLiteral("150.00"));
+    rowheight_ = Box("rowheight", QStringLiteral("300.00"));
+    auto* rows = new QGroupBox(QStringLiteral("Rows"));
+    auto* rowGrid = new QGridLayout(rows);
+    rowGrid->addWidget(rowoption_[0], 0, 0);
+    rowGrid->addWidget(noofrows_, 0, 1);
+    rowGrid->addWidget(rowoption_[1], 1, 0);
+    rowGrid->addWidget(crowdspacing_, 1, 1);
+    rowGrid->addWidget(rowheight_, 2, 1);
+    auto* heightText = new QLabel(QStringLiteral("Row height defines how high each row should be."));
+    heightText->setWordWrap(true);
+    rowGrid->addWidget(heightText, 2, 0);
+    auto* rowChoice = new QButtonGroup(this);
+    rowChoice->addButton(rowoption_[0]);
+    rowChoice->addButton(rowoption_[1]);
+    rowoption_[0]->setChecked(true);
+    options->addWidget(rows);
+    auto* venue = new QGroupBox(QStringLiteral("Venue"));
+    auto* venueRow = new QHBoxLayout(venue);
+    venuebutton_[0] = Option("venuebutton0", "Home");
+    venuebutton_[1] = Option("venuebutton1", "Away");
+    venueRow->addWidget(new QLabel(QStringLiteral("Is the crowd home or away?")), 1);
+    venueRow->addWidget(venuebutton_[0]);
+    venueRow->addWidget(venuebutton_[1]);
+    options->addWidget(venue);
+    options->addStretch();
+    addText(options, "Click Next to create the crowds.");
 }

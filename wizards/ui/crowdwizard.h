@@ -42,6 +42,9 @@ public:
     QRadioButton* venuebutton(int i) const { return venuebutton_[static_cast<std::size_t>(i)]; }
 
 private:
+    void addSourcePage();
+    void addPlanePage();
+    void addOptionsPage();
     void buildPages();
     bool fromFile() const;
 

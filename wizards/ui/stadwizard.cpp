@@ -46,6 +46,18 @@ QHBoxLayout* Row(std::initializer_list<QWidget*> widgets, QWidget* stretching) {
 
 stadwizard::stadwizard(QWidget* parent)
     : OneWizard("stadwizard", "Stadium Building Wizard", "stadiumwizard.html", parent) {
+    addIntroPages();
+    addModelPages();
+    addFinishPages();
+
+    steps_ = new QLabel;
+    steps_->setObjectName(QStringLiteral("steps"));
+    buttonRow()->insertWidget(1, steps_);
+    showStep(0);
+}
+
+// The introduction, the modelling software and texturing.
+void stadwizard::addIntroPages() {
     QVBoxLayout* page = addPage("Stadium Building Wizard", "");
     addText(page,
             "The Stadium Building Wizard will guide you through buildling a stadium for FIFA Football 2003 using "
@@ -90,8 +102,11 @@ stadwizard::stadwizard(QWidget* parent)
     page->addStretch();
     addText(page, "Click Next if you have already done the UV texture mapping, or wish to do so using Terramason.");
     addText(page, "Click Next when you have finished your model.");
+}
 
-    page = addPage("Importing your stadium", "Importing the stadium into Terramason");
+// Importing the model, its crowds and its vertex shadows.
+void stadwizard::addModelPages() {
+    QVBoxLayout* page = addPage("Importing your stadium", "Importing the stadium into Terramason");
     addText(page, "Select the stadium structure file (.3ds, .oif or .o) you want to import into Terramason:");
     QLineEdit* text2 = FileBox("Text2");
     page->addLayout(Row({text2, Command("Command1", "..."), Command("Command2", "&Import")}, text2));
@@ -121,8 +136,11 @@ stadwizard::stadwizard(QWidget* parent)
     addText(page, "You may also do so manually using the OIF Editor in Terramason.");
     page->addStretch();
     addText(page, "Click Next when you have done the vertex shadows or you do not wish to do so.");
+}
 
-    page = addPage("Select an EA stadium that your stadium will replace", "Stadium to base on");
+// The stadium replaced, its shadow, the sky and the end.
+void stadwizard::addFinishPages() {
+    QVBoxLayout* page = addPage("Select an EA stadium that your stadium will replace", "Stadium to base on");
     addText(page, "You must choose a stadium for which your stadium will be based on.");
     combo1_ = new QComboBox;
     combo1_->setObjectName(QStringLiteral("Combo1"));
@@ -148,11 +166,6 @@ stadwizard::stadwizard(QWidget* parent)
     addText(page, "You can examine your stadium in full textures and then simply make the stadium.big now.");
     addText(page, "Well done, stadium architect!");
     page->addStretch();
-
-    steps_ = new QLabel;
-    steps_->setObjectName(QStringLiteral("steps"));
-    buttonRow()->insertWidget(1, steps_);
-    showStep(0);
 }
 
 void stadwizard::showStep(int page) {

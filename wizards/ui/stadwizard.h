@@ -27,6 +27,9 @@ public:
     QComboBox* Combo1() const { return combo1_; }
 
 private:
+    void addIntroPages();
+    void addModelPages();
+    void addFinishPages();
     void showStep(int page);
 
     QLabel* steps_;
