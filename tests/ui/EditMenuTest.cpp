@@ -130,10 +130,14 @@ private slots:
             bool textOnClipboard;
             bool cut, paste;
         };
-        const Case cases[] = {{c.line, true, true, true},     {c.line, false, true, false},
-                              {c.picture, false, true, true}, {c.picture, true, true, false},
-                              {c.combo, true, true, true},    {c.list, true, true, true},
-                              {c.button, true, false, false}, {c.text, true, true, true},
+        const Case cases[] = {{c.line, true, true, true},
+                              {c.line, false, true, false},
+                              {c.picture, false, true, true},
+                              {c.picture, true, true, false},
+                              {c.combo, true, true, true},
+                              {c.list, true, true, true},
+                              {c.button, true, false, false},
+                              {c.text, true, true, true},
                               // The frame's own area is no control: the state of a fresh start.
                               {w.mdiArea(), true, true, false}};
         for (const Case& k : cases) {
