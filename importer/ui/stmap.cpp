@@ -23,6 +23,7 @@
 #include "editors/OIFEditorOps.h"
 #include "editors/ui/EditorText.h"
 #include "importer/image/AtlasImage.h"
+#include "importer/ui/SheetWidgets.h"
 #include "importer/ui/stmapSettings.h"
 #include "shell/HelpOps.h"
 #include "shell/HistoryOps.h"
@@ -48,18 +49,12 @@ QIcon MappedIcon(bool mapped) {
     return QIcon(pixmap);
 }
 
-QWidget* Box(QWidget* parent, const char* name, const QColor& colour) {
-    auto* box = Named(new QWidget(parent), name);
-    box->setAutoFillBackground(true);
-    QPalette palette = box->palette();
-    palette.setColor(QPalette::Window, colour);
-    box->setPalette(palette);
+QWidget* Box(QWidget* box, const char* name, const QColor& colour) {
+    Named(box, name);
+    FillWith(box, colour);
     box->hide();
     return box;
 }
-
-// The mouse inside a box, in its own pixels.
-QPointF Position(const QEvent* event) { return static_cast<const QMouseEvent*>(event)->position(); }
 
 ArrowKey Arrow(int key) {
     switch (key) {
@@ -151,12 +146,14 @@ void stmap::DoLoad() {
                                                 Qt::SizeBDiagCursor, Qt::SizeHorCursor,   Qt::SizeHorCursor,
                                                 Qt::SizeBDiagCursor, Qt::SizeVerCursor,   Qt::SizeFDiagCursor};
     for (int e = 1; e <= 8; ++e) {
-        QWidget* handle = Box(picBg_, "picHandle", HandleColour);
-        handle->setObjectName(QStringLiteral("picHandle%1").arg(e));
+        auto* handle = new SizingHandle(picBg_);
+        Box(handle, "picHandle", HandleColour)->setObjectName(QStringLiteral("picHandle%1").arg(e));
         handle->resize(picHandle_[0]->size());
         handle->setCursor(pointers[e]);
-        handle->setFocusPolicy(Qt::ClickFocus);
-        handle->installEventFilter(this);
+        handle->onPress = [this, e](Qt::MouseButton button, QPointF at) { picHandleMouseDown(e, button, at); };
+        handle->onFocus = [this] {
+            if (currentItem_ >= 1) picTex_[static_cast<std::size_t>(currentItem_)]->setFocus();
+        };
         picHandle_.push_back(handle);
     }
     // The list's first row becomes current as it is added, before its box exists: the list is
@@ -165,10 +162,15 @@ void stmap::DoLoad() {
     for (const ImportTexture& t : Importer.ImportTextures) {
         auto* item = new QTreeWidgetItem(lvTex_, {UiText(t.Name)});
         item->setIcon(0, MappedIcon(false));
-        QWidget* box = Box(picBg_, "picTex", BoxColour);
-        box->setObjectName(QStringLiteral("picTex%1").arg(picTex_.size()));
-        box->setFocusPolicy(Qt::ClickFocus);
-        box->installEventFilter(this);
+        const int n = static_cast<int>(picTex_.size());
+        auto* box = new TextureBoxView(
+            picBg_, [this, n]() -> const QImage& { return pictures_[static_cast<std::size_t>(n - 1)]; },
+            [this, n] { return n == currentItem_; });
+        Box(box, "picTex", BoxColour)->setObjectName(QStringLiteral("picTex%1").arg(n));
+        box->onPress = [this, n](Qt::MouseButton button, QPointF at) { picTexMouseDown(n, button, at); };
+        box->onMove = [this, n](QPointF at) { picTexMouseMove(n, at); };
+        box->onRelease = [this, n] { picTexMouseUp(n); };
+        box->onKey = [this, n](int key, Qt::KeyboardModifiers modifiers) { picTexKeyDown(n, key, modifiers); };
         picTex_.push_back(box);
         boxes_.push_back(NaturalBox(t.Picture, picBg_->width(), picBg_->height()));
         placeBox(static_cast<int>(picTex_.size()) - 1);
@@ -408,83 +410,6 @@ void stmap::picHandleMouseUp(int) {
     PlaceHandles();
 }
 
-bool stmap::eventFilter(QObject* watched, QEvent* event) {
-    const QEvent::Type type = event->type();
-    if (watched == cmdMap_ || watched == cmdReset_) {
-        if (type != QEvent::MouseButtonRelease) return false;
-        const auto* mouse = static_cast<QMouseEvent*>(event);
-        if (mouse->button() == Qt::LeftButton && mouse->modifiers() == Qt::ControlModifier)
-            watched == cmdMap_ ? cmdMapCtrlRelease() : cmdResetCtrlRelease();
-        return false;
-    }
-    if (watched == picBg_) {
-        if (type == QEvent::Paint) {
-            QPainter p(picBg_);
-            p.fillRect(picBg_->rect(), palette().color(QPalette::Window));
-            const int c = ChequerCell(picBg_->height());
-            for (int i = 0; i <= 50; ++i)
-                for (int j = 0; j <= 50; ++j)
-                    p.fillRect(i * c, j * c, c, c, (i + j) % 2 == 0 ? QColor(0xEE, 0xEE, 0xEE) : QColor(Qt::white));
-            return true;
-        }
-        if (handleDragging_ && (type == QEvent::MouseMove || type == QEvent::MouseButtonRelease)) {
-            QWidget* handle = picHandle_[static_cast<std::size_t>(handleDragged_)];
-            if (type == QEvent::MouseMove) picHandleMouseMove(handleDragged_, Position(event) - QPointF(handle->pos()));
-            else picHandleMouseUp(handleDragged_);
-            return true;
-        }
-        return false;
-    }
-    for (int n = 1; n < static_cast<int>(picTex_.size()); ++n) {
-        if (watched != picTex_[static_cast<std::size_t>(n)]) continue;
-        switch (type) {
-        case QEvent::Paint: {
-            QWidget* w = picTex_[static_cast<std::size_t>(n)];
-            QPainter p(w);
-            p.drawImage(w->rect(), pictures_[static_cast<std::size_t>(n - 1)]);
-            if (n == currentItem_) {
-                p.setPen(Qt::black);
-                p.drawRect(0, 0, w->width() - 1, w->height() - 1);
-            }
-            return true;
-        }
-        case QEvent::MouseButtonPress:
-            picTexMouseDown(n, static_cast<QMouseEvent*>(event)->button(), Position(event));
-            return true;
-        case QEvent::MouseMove: picTexMouseMove(n, Position(event)); return true;
-        case QEvent::MouseButtonRelease: picTexMouseUp(n); return true;
-        case QEvent::FocusIn:
-        case QEvent::FocusOut: PaintTexture(n); return false;
-        case QEvent::KeyPress: {
-            const auto* key = static_cast<QKeyEvent*>(event);
-            picTexKeyDown(n, key->key(), key->modifiers());
-            return IsArrow(key->key());
-        }
-        default: return false;
-        }
-    }
-    for (int e = 1; e < static_cast<int>(picHandle_.size()); ++e) {
-        QWidget* handle = picHandle_[static_cast<std::size_t>(e)];
-        if (watched != handle) continue;
-        switch (type) {
-        case QEvent::Paint: {
-            QPainter p(handle);
-            p.setPen(Qt::black);
-            p.drawRect(0, 0, handle->width() - 1, handle->height() - 1);
-            return true;
-        }
-        case QEvent::MouseButtonPress:
-            picHandleMouseDown(e, static_cast<QMouseEvent*>(event)->button(), Position(event));
-            return true;
-        case QEvent::FocusIn:
-            if (currentItem_ >= 1) picTex_[static_cast<std::size_t>(currentItem_)]->setFocus();
-            return false;
-        default: return false;
-        }
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
 void stmap::buildColumn() {
     lvTex_ = Named(new QTreeWidget(this), "lvTex");
     lvTex_->setHeaderLabels({QStringLiteral("Texture")});
@@ -534,11 +459,17 @@ void stmap::buildColumn() {
 }
 
 void stmap::buildSheet() {
-    picBg_ = Named(new QWidget(this), "picBg");
+    auto* sheet = Named(new AtlasSheet(this), "picBg");
+    sheet->handleDragging = [this] { return handleDragging_; };
+    sheet->onHandleMove = [this](QPointF at) {
+        const QWidget* handle = picHandle_[static_cast<std::size_t>(handleDragged_)];
+        picHandleMouseMove(handleDragged_, at - QPointF(handle->pos()));
+    };
+    sheet->onHandleRelease = [this] { picHandleMouseUp(handleDragged_); };
+    picBg_ = sheet;
     picBg_->setGeometry(SheetLeft, SheetTop, 512, SheetHeight);
-    picBg_->installEventFilter(this);
-    picTex_.push_back(Box(picBg_, "picTex0", BoxColour));
-    picHandle_.push_back(Box(picBg_, "picHandle0", HandleColour));
+    picTex_.push_back(Box(new QWidget(picBg_), "picTex0", BoxColour));
+    picHandle_.push_back(Box(new QWidget(picBg_), "picHandle0", HandleColour));
     picHandle_[0]->resize(HandleSize, HandleSize);
 }
 
@@ -568,10 +499,9 @@ void stmap::wireHandlers() {
     connect(cmdReset_, &QPushButton::clicked, this, &stmap::cmdResetClick);
     // Both hand the focus to the list. Taking it from the button in the Ctrl release would stop
     // the button's own click, which has to follow that release.
-    for (QPushButton* button : {cmdMap_, cmdReset_}) {
-        button->setFocusPolicy(Qt::NoFocus);
-        button->installEventFilter(this);
-    }
+    for (QPushButton* button : {cmdMap_, cmdReset_}) button->setFocusPolicy(Qt::NoFocus);
+    new CtrlReleaseWatcher(cmdMap_, [this] { cmdMapCtrlRelease(); });
+    new CtrlReleaseWatcher(cmdReset_, [this] { cmdResetCtrlRelease(); });
     connect(cmdCheckBounds_, &QPushButton::clicked, this, [this] { CheckBounds(true); });
     connect(cmdExport_, &QPushButton::clicked, this, &stmap::cmdExportClick);
     connect(cmdSettings_, &QPushButton::clicked, this, &stmap::cmdSettingsClick);

@@ -97,7 +97,6 @@ public:
     QLabel* panel(int number) const { return panels_[number - 1]; }
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
