@@ -8,8 +8,10 @@
 #include <QScreen>
 #include <QtTest>
 
+#include <sys/stat.h>
 #include <filesystem>
 #include <fstream>
+
 #include <map>
 #include <memory>
 #include <sstream>
@@ -49,11 +51,15 @@ private:
     Views* previous_ = nullptr;
 };
 
-// When each view file was last written.
-using Stamps = std::map<std::string, std::filesystem::file_time_type>;
+// Which file each view has: a view file is written anew under another name that then replaces it,
+// so each writing gives it another inode, however close in time two writings come.
+using Stamps = std::map<std::string, ino_t>;
 Stamps ViewStamps() {
     Stamps s;
-    for (const char* view : PreviewWindowNames) s[view] = std::filesystem::last_write_time(ViewFilePath(view));
+    for (const char* view : PreviewWindowNames) {
+        struct stat st {};
+        s[view] = ::stat(ViewFilePath(view).c_str(), &st) == 0 ? st.st_ino : 0;
+    }
     return s;
 }
 // The views whose files were written again since `before`, once the writes of view changes are done.
@@ -358,6 +364,7 @@ private slots:
         w(ViewPerspective)->Cortona1()->setRenderFlags(RenderTextured);
         RebuildPreviews(doc, PreviewSelection{{true, true, false, true}, -1, -1});
         const auto check = [&](int index) {
+            FinishViewFiles();
             VrmlView* view = w(index)->Cortona1();
             VrmlView reader;
             reader.setRenderFlags(view->renderFlags());
