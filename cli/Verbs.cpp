@@ -142,7 +142,8 @@ std::vector<bool> ListedParts(const std::string& list, std::size_t parts, const 
     for (const std::size_t index : PartIndices(list, option)) {
         if (index >= parts)
             throw CLI::ValidationError(option, "part " + std::to_string(index) + " is not in the document, which has " +
-                                                   std::to_string(parts) + " parts (counted from 0)");
+                                                   std::to_string(parts) + (parts == 1 ? " part" : " parts") +
+                                                   " (counted from 0)");
         listed[index] = true;
     }
     return listed;

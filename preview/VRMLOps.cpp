@@ -2,11 +2,17 @@
 
 #include <cerrno>
 #include <charconv>
+#include <chrono>
+#include <condition_variable>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
+#include <utility>
 
 #include "core/Desktop.h"
 #include "core/FileOps.h"
@@ -144,6 +150,106 @@ std::optional<ViewFileContents> ContentsOfInstall(const std::string& description
         return std::nullopt;
     if (!joinedParts || !joinedStamp || StampOf(TempPath("Parts.tmp")) != joinedStamp) return std::nullopt;
     return ViewFileContents{written->second.view, joinedParts};
+}
+
+// The writer of the view files of zoom, pan and turn. The thread only writes files; what the
+// writers know of them is kept on the window thread, which takes the finished writes in at its
+// next call. A write starts once the views have rested a moment: while the wheel turns, only the
+// last of its views is written, and the frames are not drawn against a copy of the parts.
+class ViewFileQueue {
+public:
+    struct Job {
+        std::string file, head, parts;
+        std::optional<ViewFileContents> contents;
+    };
+    struct Done {
+        std::string file;
+        std::optional<ViewFileContents> contents;
+    };
+
+    ~ViewFileQueue() {
+        {
+            std::lock_guard<std::mutex> lock(mutex_);
+            stopping_ = true;
+        }
+        wake_.notify_all();
+        if (thread_.joinable()) thread_.join();
+    }
+    void Add(Job job) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        if (!thread_.joinable()) thread_ = std::thread([this] { Run(); });
+        lastAdd_ = std::chrono::steady_clock::now();
+        for (Job& waiting : jobs_)
+            if (waiting.file == job.file) {
+                waiting = std::move(job);
+                return;
+            }
+        jobs_.push_back(std::move(job));
+        wake_.notify_all();
+    }
+    void Wait() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        ++waiting_;
+        wake_.notify_all();
+        idle_.wait(lock, [this] { return jobs_.empty() && !busy_; });
+        --waiting_;
+    }
+    // The writes finished since the last call, and the first failure among them.
+    std::vector<Done> Take(std::string& failure) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        failure = std::exchange(failure_, std::string());
+        return std::exchange(done_, {});
+    }
+
+private:
+    void Run() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        for (;;) {
+            wake_.wait(lock, [this] { return !jobs_.empty() || stopping_; });
+            if (jobs_.empty()) return;
+            while (!stopping_ && waiting_ == 0 && std::chrono::steady_clock::now() < lastAdd_ + Rest)
+                wake_.wait_until(lock, lastAdd_ + Rest);
+            Job job = std::move(jobs_.front());
+            jobs_.pop_front();
+            busy_ = true;
+            lock.unlock();
+            std::string failure;
+            try {
+                const std::string temporary = job.file + ".new";
+                WriteTextFile(temporary, job.head);
+                AppendFile(job.parts, temporary);
+                std::filesystem::rename(temporary, job.file);
+            } catch (const std::exception& e) { failure = e.what(); }
+            lock.lock();
+            busy_ = false;
+            if (failure.empty()) done_.push_back({job.file, std::move(job.contents)});
+            else if (failure_.empty()) failure_ = failure;
+            if (jobs_.empty()) idle_.notify_all();
+        }
+    }
+    static constexpr std::chrono::milliseconds Rest{250};
+    std::mutex mutex_;
+    std::condition_variable wake_, idle_;
+    std::chrono::steady_clock::time_point lastAdd_;
+    int waiting_ = 0;
+    std::deque<Job> jobs_;
+    std::vector<Done> done_;
+    std::string failure_;
+    bool busy_ = false, stopping_ = false;
+    std::thread thread_;
+};
+
+ViewFileQueue& LaterViews() {
+    static ViewFileQueue queue;
+    return queue;
+}
+
+// Takes in what the thread has written; a failure is kept for the caller that can tell it.
+std::string SettleViewFiles() {
+    std::string failure;
+    for (ViewFileQueue::Done& done : LaterViews().Take(failure))
+        if (done.contents) installedViews[done.file] = {std::move(*done.contents), StampOf(done.file)};
+    return failure;
 }
 
 // The strip walk of the textured files: every window of three is a triangle or a comment.
@@ -398,7 +504,27 @@ std::string PartFileText(const OIFPart& part, int index, PartShape* shape) {
     return b;
 }
 
+void FinishViewFiles() {
+    LaterViews().Wait();
+    if (const std::string failure = SettleViewFiles(); !failure.empty()) throw std::runtime_error(failure);
+}
+
+void InstallViewLater(const OIFFile& doc, const PreviewViewpoint& view) {
+    if (const std::string failure = SettleViewFiles(); !failure.empty()) throw std::runtime_error(failure);
+    const std::string head = TempPath(view.Description + ".tmp");
+    const std::string file = ViewFilePath(view.Description);
+    std::string text = ViewHeaderText(doc, view);
+    // The head file as WriteViewHeader writes it; a join of the same view still waiting reads no
+    // file, so it is free to change.
+    writtenHeads.erase(view.Description);
+    WriteTextFile(head, text);
+    writtenHeads[view.Description] = {view, StampOf(head)};
+    installedViews.erase(file);
+    LaterViews().Add({file, std::move(text), TempPath("Parts.tmp"), ContentsOfInstall(view.Description, head)});
+}
+
 void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view) {
+    FinishViewFiles();
     const std::string head = TempPath(view.Description + ".tmp");
     writtenHeads.erase(view.Description);
     WriteTextFile(head, ViewHeaderText(doc, view));
@@ -406,6 +532,7 @@ void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view) {
 }
 
 void WritePartFiles(const OIFFile& doc) {
+    FinishViewFiles();
     writtenParts.clear();
     PartShapes shapes;
     for (std::size_t p = 0; p < doc.Parts.size(); ++p) {
@@ -419,6 +546,7 @@ void WritePartFiles(const OIFFile& doc) {
 }
 
 void AssembleParts(const OIFFile& doc, const PreviewSelection& selection) {
+    FinishViewFiles();
     const std::string parts = TempPath("Parts.tmp");
     joinedParts.reset();
     auto joined = std::make_shared<PartShapes>();
@@ -441,6 +569,7 @@ void AssembleParts(const OIFFile& doc, const PreviewSelection& selection) {
 }
 
 void InstallView(const PreviewViewpoint& view) {
+    FinishViewFiles();
     const std::string head = TempPath(view.Description + ".tmp");
     const std::string file = ViewFilePath(view.Description);
     Views& views = TheViews();
@@ -455,6 +584,7 @@ void InstallView(const PreviewViewpoint& view) {
 }
 
 std::optional<ViewFileContents> WrittenViewFile(const std::string& path) {
+    SettleViewFiles();
     const auto installed = installedViews.find(path);
     if (installed == installedViews.end() || !installed->second.stamp || StampOf(path) != installed->second.stamp)
         return std::nullopt;

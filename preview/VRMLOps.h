@@ -64,6 +64,14 @@ void WriteViewHeader(const OIFFile& doc, const PreviewViewpoint& view);
 void WritePartFiles(const OIFFile& doc);
 void AssembleParts(const OIFFile& doc, const PreviewSelection& selection);
 void InstallView(const PreviewViewpoint& view);
+// WriteViewHeader and InstallView after a zoom, pan or turn, whose picture has moved already: the view file, which
+// for a large stadium runs to hundreds of megabytes, is joined by a thread of its own under a
+// temporary name that replaces it when whole, so a reader meets the old file or the new one,
+// never half of one. A later change of the same view before the write began takes its place.
+void InstallViewLater(const OIFFile& doc, const PreviewViewpoint& view);
+// Waits until every view file asked for is written. A write that failed is thrown from here
+// (and from the next InstallViewLater), where a command can tell it.
+void FinishViewFiles();
 
 // Writes every file of the four views and has their windows load them.
 void WritePreviewFiles(const OIFFile& doc, const PreviewSelection& selection);

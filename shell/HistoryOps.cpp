@@ -24,8 +24,9 @@ struct Hasher {
             std::memcpy(&w, p, 8);
             word(w);
         }
+        // An empty part's vertex list has no storage at all: memcpy must not see its null.
         std::uint64_t tail = 0;
-        std::memcpy(&tail, p, n);
+        if (n) std::memcpy(&tail, p, n);
         word(tail ^ (std::uint64_t{n} << 56));
     }
 };

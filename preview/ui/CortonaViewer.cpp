@@ -145,10 +145,8 @@ void CortonaViewer::applyView(int a) {
         w->Cortona1()->showPose(HeadPose(PreviewViews[a]));
         w->Cortona1()->drawNow();
     }
-    GuardedRun(PreviewViews[a].Description + " preview", [a] {
-        WriteViewHeader(CurrentProject.OIF, PreviewViews[a]);
-        InstallView(PreviewViews[a]);
-    });
+    GuardedRun(PreviewViews[a].Description + " preview",
+               [a] { InstallViewLater(CurrentProject.OIF, PreviewViews[a]); });
 }
 
 void CortonaViewer::wheelTurned(int notches) {

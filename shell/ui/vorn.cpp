@@ -36,6 +36,7 @@
 #include "editors/ui/vorntexture.h"
 #include "exchange/ui/rhinoravconv.h"
 #include "importer/ui/stmap.h"
+#include "preview/VRMLOps.h"
 #include "shell/CommandOps.h"
 #include "shell/HelpOps.h"
 #include "shell/HistoryOps.h"
@@ -377,6 +378,8 @@ void vorn::rebuildChildWindows() {
 
 void vorn::createnew(int index, const std::string& name, const std::string& step) {
     const bool first = !projectOpen_;
+    // Making the project empties the scratch folder: a view file still being written goes first.
+    GuardedRun("Writing the previews", [] { FinishViewFiles(); });
     // A project whose making failed half-way still opens: its windows show what there is.
     GuardedRun("Making the project", [&] { CurrentProject = MakeProject(CurrentProject, index, name); });
     openProjectWindows();

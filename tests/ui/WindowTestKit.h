@@ -15,6 +15,7 @@
 
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "preview/VRMLOps.h"
 #include "shell/HelpOps.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
@@ -29,6 +30,8 @@ struct ScratchProgram {
         ResourceFolder = TM_RESOURCES;
     }
     ~ScratchProgram() {
+        // A view file still being written goes into the folder before it is removed.
+        FinishViewFiles();
         AppFolder.clear();
         ResourceFolder.clear();
         ResetProgramState();
