@@ -29,6 +29,9 @@ public:
     std::deque<std::string> dialogAnswers;  // for file and folder dialogs; "" is a cancel
     std::function<void()> onPump;           // what happens while an operation pumps events
     std::int64_t startedId = 0;             // what a start that runs nothing reports: 0 is a failure
+    // What answers when a script is empty; without them No or Cancel, and a cancelled dialog.
+    std::function<MessageAnswer(MessageButtons)> answerer;
+    std::function<std::string(const std::string& filter)> dialogAnswerer;  // "" for a folder
     std::map<std::string, std::string> registry;
     // When set, registry values not in `registry` come from this Wine prefix and the per-user file.
     std::string winePrefix;
@@ -51,6 +54,7 @@ public:
                           MessageButtons buttons) override {
         messages.push_back({text, title, icon, buttons});
         if (buttons == MessageButtons::OK) return MessageAnswer::OK;
+        if (answers.empty() && answerer) return answerer(buttons);
         if (answers.empty()) {
             ++unansweredQuestions;
             return buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel;
@@ -59,15 +63,15 @@ public:
         answers.pop_front();
         return a;
     }
-    std::string OpenFile(const std::string& title, const std::string&, const std::string&,
+    std::string OpenFile(const std::string& title, const std::string& filter, const std::string&,
                          const std::string&) override {
-        return NextDialog(title);
+        return NextDialog(title, filter);
     }
-    std::string SaveFile(const std::string& title, const std::string&, const std::string&,
+    std::string SaveFile(const std::string& title, const std::string& filter, const std::string&,
                          const std::string&) override {
-        return NextDialog(title);
+        return NextDialog(title, filter);
     }
-    std::string BrowseForFolder(const std::string& title) override { return NextDialog(title); }
+    std::string BrowseForFolder(const std::string& title) override { return NextDialog(title, ""); }
     std::int64_t StartProcess(const std::string& commandLine, WindowMode) override {
         commands.push_back(commandLine);
         return runProcesses ? Processes::Start(commandLine) : startedId;
@@ -117,9 +121,9 @@ public:
     }
 
 private:
-    std::string NextDialog(const std::string& title) {
+    std::string NextDialog(const std::string& title, const std::string& filter) {
         dialogTitles.push_back(title);
-        if (dialogAnswers.empty()) return {};
+        if (dialogAnswers.empty()) return dialogAnswerer ? dialogAnswerer(filter) : std::string();
         std::string a = dialogAnswers.front();
         dialogAnswers.pop_front();
         return a;
