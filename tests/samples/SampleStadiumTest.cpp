@@ -64,43 +64,33 @@ protected:
 TEST_F(SampleStadium, EveryCommandOfTheWalkThroughAddsItsPartsAndEveryTextureHasAPicture) {
     ASSERT_EQ(CurrentProject.OIF.Parts.size(), 6u);
     ASSERT_TRUE(ImportCrowdFile(kSamples + "/crowds.txt", 0));
+    // The crowd rows stand on the treads of their stand: per row V1, V0, V2, V3, the two base
+    // corners on one tread and the tops 260 above them.
+    std::size_t rows = 0, awayRows = 0;
+    for (const OIFPart* p : PartsNamed("rw"))
+        for (std::size_t q = 0; q + 3 < p->Vertices.size(); q += 4, ++rows) {
+            awayRows += p->Header.Texture.str()[2] == 'a';
+            const OIFVertex &base = p->Vertices[q], &top = p->Vertices[q + 1];
+            const float tread = (base.Y - 100) / 75;
+            EXPECT_TRUE(tread == std::round(tread) && tread >= 1 && tread <= 14) << "row base " << base.Y;
+            EXPECT_FLOAT_EQ(top.Y - base.Y, 260);
+            EXPECT_FLOAT_EQ(p->Vertices[q + 2].Y, base.Y);
+        }
+    EXPECT_EQ(rows, 4u * 14u);
+    EXPECT_EQ(awayRows, 14u);  // the south stand
     ASSERT_TRUE(ImportAdboardFile(kSamples + "/adboards.3ds"));
     ASSERT_TRUE(ImportBannerFile(kSamples + "/banners.3ds", true));
     ASSERT_TRUE(ImportBannerFile(kSamples + "/banners.3ds", false));
     EXPECT_TRUE(desktop.messages.empty());
-
     std::set<std::string> textures;
     for (const OIFPart& p : CurrentProject.OIF.Parts) textures.insert(p.Header.Texture.str());
     // Eight crowds, three boards, six banner and flag pictures for each team.
     EXPECT_EQ(textures.size(), 3u + 8u + 3u + 12u);
     for (const std::string& t : textures)
         EXPECT_TRUE(std::filesystem::exists(kSamples + "/textures/" + t + ".png")) << t;
-
     std::size_t boardQuads = 0;
     for (const OIFPart* p : PartsNamed("adb")) boardQuads += p->Vertices.size() / 4;
     EXPECT_EQ(boardQuads, 52u);
-}
-
-TEST_F(SampleStadium, ImportedCrowdRowsStandOnTheTreadsOfTheirStand) {
-    ASSERT_TRUE(ImportCrowdFile(kSamples + "/crowds.txt", 0));
-    std::size_t rows = 0, awayRows = 0;
-    for (const OIFPart* p : PartsNamed("rw")) {
-        const bool away = p->Header.Texture.str()[2] == 'a';
-        for (std::size_t q = 0; q + 3 < p->Vertices.size(); q += 4) {
-            ++rows;
-            awayRows += away;
-            // Per row V1, V0, V2, V3: two base corners on one tread and the tops 260 above them.
-            const OIFVertex &base = p->Vertices[q], &top = p->Vertices[q + 1];
-            const float tread = (base.Y - 100) / 75;
-            EXPECT_FLOAT_EQ(tread, std::round(tread)) << "row base " << base.Y;
-            EXPECT_GE(tread, 1);
-            EXPECT_LE(tread, 14);
-            EXPECT_FLOAT_EQ(top.Y - base.Y, 260);
-            EXPECT_FLOAT_EQ(p->Vertices[q + 2].Y, base.Y);
-        }
-    }
-    EXPECT_EQ(rows, 4u * 14u);
-    EXPECT_EQ(awayRows, 14u);  // the south stand
 }
 
 TEST_F(SampleStadium, TheWizardFillsEachCrowdPlaneWithOneRowPerStep) {

@@ -1,3 +1,5 @@
+// No work is lost: undo and redo give back every recorded project, and the journal of a session
+// that ended without closing is offered back at the next start.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -5,6 +7,7 @@
 
 #include "core/ProgramState.h"
 #include "shell/HistoryOps.h"
+#include "shell/IniOps.h"
 #include "shell/JournalOps.h"
 #include "shell/Startup.h"
 #include "support/ScriptedDesktop.h"
@@ -33,17 +36,24 @@ StadiumProject ProjectOf(std::mt19937& random, int parts) {
 // One edit as a command would make it: a vertex moved, a part added or removed, a renaming.
 void Edit(std::mt19937& random, StadiumProject& p) {
     const auto choice = p.OIF.Parts.empty() ? 1 : random() % 4;
-    if (choice == 0) {
-        p.OIF.Parts[random() % p.OIF.Parts.size()].Vertices[0].X += 1;
-    } else if (choice == 1) {
-        p.OIF = AddPart(ProjectOf(random, 1).OIF.Parts[0], p.OIF);
-    } else if (choice == 2) {
-        p.OIF.Parts.erase(p.OIF.Parts.begin() + static_cast<std::ptrdiff_t>(random() % p.OIF.Parts.size()));
-        p.OIF.Header.PartCount = static_cast<std::int32_t>(p.OIF.Parts.size());
-    } else {
-        p.Name += "+";
-    }
+    if (choice == 0) p.OIF.Parts[random() % p.OIF.Parts.size()].Vertices[0].X += 1;
+    else if (choice == 1) p.OIF = AddPart(ProjectOf(random, 1).OIF.Parts[0], p.OIF);
+    else if (choice == 2) {
+        p.OIF.Parts.erase(p.OIF.Parts.begin() + std::ptrdiff_t(random() % p.OIF.Parts.size()));
+        p.OIF.Header.PartCount = std::int32_t(p.OIF.Parts.size());
+    } else p.Name += "+";
 }
+
+struct Frame : StartupFrame {
+    std::vector<std::string> steps;
+    std::vector<StadiumProject> recovered;
+    void SetMaximised(bool) override {}
+    void ShowFrame() override {}
+    void ShowNewProject() override { steps.push_back("new"); }
+    void EndProgram() override { steps.push_back("end"); }
+    void OpenNamedFile(const std::string&) override {}
+    void RecoverProject(StadiumProject p) override { recovered.push_back(std::move(p)); }
+};
 
 }  // namespace
 
@@ -61,31 +71,23 @@ TEST(History, UndoAndRedoGiveBackExactlyTheRecordedProjects) {
             const auto choice = random() % 6;
             if (choice < 3) {
                 Edit(random, live);
-                const std::string caption = "step " + std::to_string(op);
-                ASSERT_TRUE(RecordStep(history, live, caption));
-                copies.resize(at + 1);
-                captions.resize(at + 1);
+                ASSERT_TRUE(RecordStep(history, live, "step " + std::to_string(op)));
+                copies.resize(++at);
+                captions.resize(at);
                 copies.push_back(live);
-                captions.push_back(caption);
-                ++at;
+                captions.push_back("step " + std::to_string(op));
             } else if (choice == 3) {
                 EXPECT_FALSE(RecordStep(history, live, "nothing changed"));
             } else if (choice == 4) {
                 EXPECT_EQ(UndoCaption(history), at > 0 ? captions[at] : "");
                 const auto back = UndoStep(history);
                 ASSERT_EQ(back.has_value(), at > 0);
-                if (back) {
-                    live = copies[--at];
-                    EXPECT_EQ(*back, live);
-                }
+                if (back) { EXPECT_EQ(*back, live = copies[--at]); }
             } else {
                 EXPECT_EQ(RedoCaption(history), at + 1 < copies.size() ? captions[at + 1] : "");
                 const auto again = RedoStep(history);
                 ASSERT_EQ(again.has_value(), at + 1 < copies.size());
-                if (again) {
-                    live = copies[++at];
-                    EXPECT_EQ(*again, live);
-                }
+                if (again) { EXPECT_EQ(*again, live = copies[++at]); }
             }
         }
     }
@@ -98,14 +100,12 @@ TEST(History, AStepKeepsOnlyWhatItChangedAndTheOldestGoBeyondTheLimit) {
     StartHistory(history, live);
     live.OIF.Parts[7].Vertices[2].Y = 99;
     ASSERT_TRUE(RecordStep(history, live, "Move"));
-    const ProjectState& before = *history.Steps[0].State;
-    const ProjectState& after = *history.Steps[1].State;
-    for (std::size_t i = 0; i < 40; ++i) EXPECT_EQ(before.Parts[i] == after.Parts[i], i != 7) << i;
-
+    for (std::size_t i = 0; i < 40; ++i)
+        EXPECT_EQ(history.Steps[0].State->Parts[i] == history.Steps[1].State->Parts[i], i != 7) << i;
     // A limit of a little over two states: every new step drops the oldest, never the current.
     history.MemoryLimit = HistoryBytes(history) + 2000;
     for (int i = 0; i < 30; ++i) {
-        live.OIF.Parts[static_cast<std::size_t>(i)].Vertices[0].Z = float(i + 1000);
+        live.OIF.Parts[std::size_t(i)].Vertices[0].Z = float(i + 1000);
         RecordStep(history, live, "Move " + std::to_string(i));
         EXPECT_LE(HistoryBytes(history), history.MemoryLimit + 4000);
     }
@@ -122,27 +122,19 @@ TEST(History, ATypingRunIsOneStepUntilItEnds) {
     const StadiumProject start = live;
     ProjectHistory history;
     StartHistory(history, live);
-    for (const char* typed : {"N", "No", "Nor", "Nort"}) {
-        live.OIF.Parts[0].Header.Name = typed;
-        RecordStep(history, live, "Part name", "name:0");
-    }
-    EXPECT_EQ(history.Steps.size(), 2u);
+    auto type = [&](std::size_t part, const std::string& text) {
+        live.OIF.Parts[part].Header.Name = text;
+        RecordStep(history, live, "Part name", "name:" + std::to_string(part));
+        return history.Steps.size();
+    };
+    for (const char* t : {"N", "No", "Nor", "Nort"}) EXPECT_EQ(type(0, t), 2u);
     EndTypingRun(history);
-    live.OIF.Parts[0].Header.Name = "North";
-    RecordStep(history, live, "Part name", "name:0");
-    EXPECT_EQ(history.Steps.size(), 3u) << "typing after leaving the field is a step of its own";
-    live.OIF.Parts[1].Header.Name = "S";
-    RecordStep(history, live, "Part name", "name:1");
-    EXPECT_EQ(history.Steps.size(), 4u) << "another part's field is another run";
-    // Typing a field back to what it held removes its step.
-    live.OIF.Parts[1].Header.Name = start.OIF.Parts[1].Header.Name;
-    RecordStep(history, live, "Part name", "name:1");
-    EXPECT_EQ(history.Steps.size(), 3u);
+    EXPECT_EQ(type(0, "North"), 3u) << "typing after leaving the field is a step of its own";
+    EXPECT_EQ(type(1, "S"), 4u) << "another part's field is another run";
+    EXPECT_EQ(type(1, start.OIF.Parts[1].Header.Name.str()), 3u) << "typed back to what it held: its step goes";
     UndoStep(history);
     EXPECT_EQ(*UndoStep(history), start);
 }
-
-// ---- the recovery journal
 
 TEST(Journal, KeepsTheProjectThroughTheCodecAndRefusesWhatIsNotWhole) {
     std::mt19937 random(11);
@@ -156,14 +148,14 @@ TEST(Journal, KeepsTheProjectThroughTheCodecAndRefusesWhatIsNotWhole) {
     EXPECT_EQ(parsed.entry->Project.OIF.Parts, project.OIF.Parts);
     // Cut anywhere, or with any bit turned: refused, never read past its end.
     for (std::size_t n = 0; n < bytes.size(); ++n) {
-        EXPECT_FALSE(ParseJournal(ByteBuffer(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(n))).entry);
+        EXPECT_FALSE(ParseJournal(ByteBuffer(bytes.begin(), bytes.begin() + std::ptrdiff_t(n))).entry);
         ByteBuffer flipped = bytes;
         flipped[n] ^= 0x10;
         EXPECT_FALSE(ParseJournal(flipped).entry) << n;
     }
 }
 
-TEST(Journal, AnEndedSessionsProjectIsOfferedBackOnceAndABrokenOneIsSetAside) {
+TEST(Journal, AKilledSessionIsOfferedBackFirstAndOnceABrokenOneSetAsideAClosedOneGone) {
     ScratchFolder dir;
     AppFolder = dir.path();
     ScriptedDesktop desktop;
@@ -180,44 +172,32 @@ TEST(Journal, AnEndedSessionsProjectIsOfferedBackOnceAndABrokenOneIsSetAside) {
     }  // ended without Close, as a kill would end it
     ASSERT_EQ(OrphanedJournals(), std::vector<std::string>{path});
 
-    struct Frame : StartupFrame {
-        std::vector<StadiumProject> recovered;
-        void SetMaximised(bool) override {}
-        void ShowFrame() override {}
-        void ShowNewProject() override {}
-        void EndProgram() override {}
-        void OpenNamedFile(const std::string&) override {}
-        void RecoverProject(StadiumProject p) override { recovered.push_back(std::move(p)); }
-    } frame;
-    desktop.answers = {MessageAnswer::Yes};
-    OfferRecovery(frame);
+    // Offered before the start's own question, which still comes.
+    WriteConfig("Terramason", "Starter", "1");
+    Frame frame;
+    desktop.answers = {MessageAnswer::Yes, MessageAnswer::Yes};
+    RunStartup(frame);
     ASSERT_EQ(frame.recovered.size(), 1u);
     EXPECT_EQ(frame.recovered[0].OIF.Parts, project.OIF.Parts);
-    ASSERT_EQ(desktop.messages.size(), 1u);
+    ASSERT_EQ(desktop.messages.size(), 2u);
     EXPECT_NE(desktop.messages[0].text.find("\"" + project.Name + "\""), std::string::npos);
+    EXPECT_EQ(frame.steps, std::vector<std::string>{"end"});
     EXPECT_TRUE(OrphanedJournals().empty()) << "offered once";
 
     // A journal cut short is told, kept aside, and the start goes on.
     WriteFile(path, {'T', 'M', 'J', '1', 0});
     OfferRecovery(frame);
     EXPECT_EQ(frame.recovered.size(), 1u);
-    ASSERT_EQ(desktop.messages.size(), 2u);
-    EXPECT_NE(desktop.messages[1].text.find("could not be recovered"), std::string::npos);
+    ASSERT_EQ(desktop.messages.size(), 3u);
+    EXPECT_NE(desktop.messages[2].text.find("could not be recovered"), std::string::npos);
     EXPECT_TRUE(OrphanedJournals().empty());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(RecoveryFolder()), {}), 1);
-    AppFolder.clear();
-}
 
-TEST(Journal, ANormalEndRemovesIt) {
-    ScratchFolder dir;
-    AppFolder = dir.path();
-    std::mt19937 random(17);
-    JournalWriter writer(RecoveryFolder(), std::chrono::milliseconds(0));
-    writer.Offer(CaptureProject(ProjectOf(random, 1), nullptr), 1);
-    writer.Flush();
-    EXPECT_TRUE(std::filesystem::exists(writer.Path()));
-    writer.Close();
-    EXPECT_FALSE(std::filesystem::exists(writer.Path()));
-    EXPECT_TRUE(OrphanedJournals().empty());
+    JournalWriter closing(RecoveryFolder(), std::chrono::milliseconds(0));
+    closing.Offer(CaptureProject(project, nullptr), 1);
+    closing.Flush();
+    EXPECT_TRUE(std::filesystem::exists(closing.Path()));
+    closing.Close();
+    EXPECT_FALSE(std::filesystem::exists(closing.Path()));
     AppFolder.clear();
 }

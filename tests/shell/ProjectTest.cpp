@@ -1,6 +1,6 @@
+// A new project from a stadium of the game, the .o conversion both ways, and the save path.
 #include <gtest/gtest.h>
 
-#include <unistd.h>
 #include <cstdlib>
 #include <filesystem>
 
@@ -8,6 +8,7 @@
 #include "core/OIFOps.h"
 #include "core/myOps.h"
 #include "shell/ProjectTestKit.h"
+#include "shell/SaveOps.h"
 #include "shell/StadiumCatalogue.h"
 #include "shell/mdlOIFToolAuto.h"
 
@@ -20,48 +21,32 @@ Bytes OnePartOIF() {
     b.field("Stand", 28).raw("tp01").i32(1).i32(1).vertex(1, 2, 3, 0, 0, 0).i16(0);
     return b;
 }
-
-std::vector<std::string> Lines(const std::string& path) { return ReadAllLines(path); }
 }  // namespace
 
-TEST(Catalogue, CaptionsRowsAndTextureNamesStandInTheirOrder) {
-    EXPECT_STREQ(StadiumCaptions[0], "None [No template]");
-    EXPECT_STREQ(StadiumCaptions[4], "Gerland (SN) - stad8.big");
-    EXPECT_STREQ(StadiumCaptions[29], "Square Oval (CN) - stad58.big");
+TEST(Catalogue, EachRowsArchiveIsTheOneItsCaptionAndNumberName) {
     const std::vector<StadiumRow> rows = BuildStadiumCatalogue();
     ASSERT_EQ(rows.size(), 29u);
-    EXPECT_EQ(rows[8].ExtraFile, "WestfalenOD__Nets_Westfallen__model158966064453125__.o");
-    EXPECT_EQ(rows[5].ShadowFile, "");
-    // Each row's archive is the one its caption names and the one StadiumNumber gives.
     for (int r = 0; r < 29; ++r) {
         const std::string big = "stad" + std::to_string(StadiumNumber(r)) + ".big";
-        EXPECT_EQ(rows[static_cast<std::size_t>(r)].BigFile, big);
-        EXPECT_NE(std::string(StadiumCaptions[static_cast<std::size_t>(r + 1)]).find("- " + big), std::string::npos);
+        EXPECT_EQ(rows[std::size_t(r)].BigFile, big);
+        EXPECT_NE(std::string(StadiumCaptions[std::size_t(r + 1)]).find("- " + big), std::string::npos);
     }
     EXPECT_EQ(ProjectTextureNames.size(), 35u);
-    EXPECT_STREQ(ProjectTextureNames[6], "SL00");
-    EXPECT_STREQ(ProjectTextureNames[34], "rwh3");
     for (int i = 0; i < 30; ++i) EXPECT_EQ(BaseUnsupported(i), i == 4 || i == 19 || (i >= 24 && i <= 27)) << i;
+    for (const auto& [n, number] : {std::pair{-1, 0}, {0, 1}, {28, 58}, {29, 0}}) EXPECT_EQ(StadiumNumber(n), number);
 }
 
 TEST(SplitText, AppendsTheDelimiterAndConsumesItsText) {
-    std::string t = "1,2,";
+    std::string t = "1,2,", empty, many;
     EXPECT_EQ(SplitText(t, ","), (std::vector<std::string>{"", "1", "2", ""}));
     EXPECT_TRUE(t.empty());
-    std::string empty;
     EXPECT_EQ(SplitText(empty, ","), (std::vector<std::string>{"", ""}));
-    std::string many;
     for (int i = 0; i < 1500; ++i) many += "x;";
     EXPECT_EQ(SplitText(many, ";").size(), 1001u) << "at most 1000 parts, no overrun";
-    EXPECT_EQ(StadiumNumber(-1), 0);
-    EXPECT_EQ(StadiumNumber(0), 1);
-    EXPECT_EQ(StadiumNumber(28), 58);
-    EXPECT_EQ(StadiumNumber(29), 0);
 }
 
 TEST(MakeProject, NoTemplateEmptiesTheScratchFolderAndStartsNothing) {
     FakeMachine m;
-    fs::create_directories(TempFolder() + "/keep");
     m.Text(TempFolder() + "/stad5.big", "old");
     m.Text(TempFolder() + "/keep/inner.txt", "stays");
     StadiumProject p;
@@ -72,13 +57,11 @@ TEST(MakeProject, NoTemplateEmptiesTheScratchFolderAndStartsNothing) {
     EXPECT_EQ(made.OIF, NewOIFFile());
     ASSERT_EQ(made.Textures.size(), 35u);
     EXPECT_EQ(made.Textures[9].Name, "gras");
-    EXPECT_EQ(made.Textures[9].PartCount, 0);
     EXPECT_EQ(made.Scene, DefaultPreviewScene());
     EXPECT_FALSE(fs::exists(TempFolder() + "/stad5.big"));
     EXPECT_TRUE(fs::exists(TempFolder() + "/keep/inner.txt")) << "subfolders stay";
     EXPECT_TRUE(m.desktop.commands.empty());
     EXPECT_TRUE(m.desktop.messages.empty());
-    EXPECT_EQ(StadiumCatalogue.size(), 29u);
 }
 
 TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
@@ -90,40 +73,31 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     m.InstallConverter(m.dir.file("made.oif"));
     const fs::path before = fs::current_path();
     StadiumProject p;
-    const StadiumProject made = MakeProject(p, 3, "Olympia");  // "Olympiastadion (OD) - stad5.big"
+    EXPECT_EQ(MakeProject(p, 3, "Olympia").BasedOn, 2);  // "Olympiastadion (OD) - stad5.big"
     EXPECT_EQ(fs::current_path(), before);
-    EXPECT_EQ(made.BasedOn, 2);
-
-    const std::string temp = TempFolder();
-    const std::string archive = m.game + "/Data/Stad5.BIG";
+    const std::string temp = TempFolder(), archive = m.game + "/Data/Stad5.BIG";
     const std::string gfxpak = "\"" + AppFolder + "/gfxpak\"";
-    const std::string pack = "\"" + temp + "/OlympiaODTexObj.texobj01397705078125_static.fsh\" ";
     std::vector<std::string> want = {gfxpak + " -u \"" + archive + "\""};
     for (const char* image : {"skcd", "tp00", "tp01", "tp02", "tp03", "tp04", "tp05"})
-        want.push_back(gfxpak + " -e " + pack + image);
-    want.push_back("\"" + m.oiftool + "/oifconvert\" --to-oif \"" + temp +
-                   "/OlympiaOD__Olympia_od__model168670654296875__.o\" \"" + temp + "/stadium.oif\"");
-    // The model must exist for the conversion to run: gfxpak is fake, so the test provides it.
-    EXPECT_EQ(m.desktop.commands.size(), 8u);
-    EXPECT_EQ(std::vector<std::string>(m.desktop.commands.begin(), m.desktop.commands.begin() + 8),
-              std::vector<std::string>(want.begin(), want.begin() + 8));
-    const std::vector<std::string> calls = Lines(m.log);
-    ASSERT_GE(calls.size(), 8u);
+        want.push_back(gfxpak + " -e \"" + temp + "/OlympiaODTexObj.texobj01397705078125_static.fsh\" " + image);
+    EXPECT_EQ(m.desktop.commands, want);
+    const std::vector<std::string> calls = ReadAllLines(m.log);
+    ASSERT_EQ(calls.size(), 8u);
     EXPECT_EQ(calls[0], "gfxpak|" + temp + "|-u " + archive);
-    for (std::size_t i = 1; i < 8; ++i) EXPECT_EQ(calls[i].substr(0, 8 + temp.size()), "gfxpak|" + temp + "|");
+    for (const std::string& call : calls) EXPECT_EQ(call.rfind("gfxpak|" + temp + "|", 0), 0u) << "run in the scratch";
     EXPECT_EQ(ReadText(temp + "/stad5.big"), "BIGF five") << "the archive is copied into the scratch folder";
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid O File") << "the fake gfxpak unpacked no model";
 
     // With the model unpacked, the converter runs and its file is loaded.
-    m.Script(AppFolder + "/gfxpak",
-             "echo \"gfxpak|$PWD|$*\" >> '" + m.log +
-                 "'; [ \"$1\" = -u ] && : > OlympiaOD__Olympia_od__model168670654296875__.o; true");
+    m.Script(AppFolder + "/gfxpak", "[ \"$1\" = -u ] && : > OlympiaOD__Olympia_od__model168670654296875__.o; true");
     m.desktop.commands.clear();
     StadiumProject q;
     const StadiumProject loaded = MakeProject(q, 3, "Olympia");
     ASSERT_EQ(m.desktop.commands.size(), 9u);
-    EXPECT_EQ(m.desktop.commands[8], want[8]);
+    EXPECT_EQ(m.desktop.commands[8], "\"" + m.oiftool + "/oifconvert\" --to-oif \"" + temp +
+                                         "/OlympiaOD__Olympia_od__model168670654296875__.o\" \"" + temp +
+                                         "/stadium.oif\"");
     ASSERT_EQ(loaded.OIF.Parts.size(), 1u);
     EXPECT_EQ(loaded.OIF.Parts[0].Header.Texture.str(), "tp01");
     EXPECT_EQ(fs::current_path(), before);
@@ -132,85 +106,70 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
 TEST(MakeProject, WithNothingInstalledTellsWhyAndEndsEmpty) {
     FakeMachine m;
     StadiumProject p;
-    const StadiumProject made = MakeProject(p, 29, "Oval");  // row 28, archive 58
+    EXPECT_EQ(MakeProject(p, 29, "Oval").OIF, NewOIFFile());  // row 28, archive 58
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "OIFTool has not been installed properly!");
     EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
-    EXPECT_TRUE(made.OIF.Parts.empty());
-    EXPECT_EQ(made.OIF, NewOIFFile());
-    // gfxpak was asked for the archive numbered 58 in the (missing) game folder.
     ASSERT_FALSE(m.desktop.commands.empty());
     EXPECT_NE(m.desktop.commands[0].find("/data/stad58.big\""), std::string::npos);
-
-    // OIFTool registered but the game missing: the model is not there.
-    m.RegisterOIFTool();
+    m.RegisterOIFTool();  // but the game missing: the model is not there
     m.desktop.messages.clear();
-    StadiumProject q;
-    MakeProject(q, 29, "Oval");
+    MakeProject(p, 29, "Oval");
     ASSERT_EQ(m.desktop.messages.size(), 1u);
     EXPECT_EQ(m.desktop.messages[0].text, "Invalid O File");
 }
 
-TEST(Conversion, AFailingConverterShowsItsLog) {
+TEST(Conversion, FailuresSayWhyWithTheConvertersLog) {
     FakeMachine m;
     m.RegisterOIFTool();
-    m.InstallConverter("");
     m.Text(m.dir.file("model.o"), "O");
-    ConvertOToOIF(m.dir.file("model.o"), m.dir.file("out.oif"));
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_EQ(m.desktop.messages[0].text, "Failed, Status log: \r\nPlugin fifastadadp: bad chunk\n");
-    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
-    EXPECT_EQ(ToolPath, m.oiftool);
-
-    m.desktop.messages.clear();
-    ConvertOIFToO(m.dir.file("missing.oif"), m.dir.file("out.o"));
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_EQ(m.desktop.messages[0].text, "Invalid OIF File");
     m.Text(m.dir.file("in.oif"), "x");
-    ConvertOIFToO(m.dir.file("in.oif"), m.dir.file("out.o"));
-    ASSERT_EQ(m.desktop.messages.size(), 2u);
-    EXPECT_EQ(m.desktop.messages[1].text, "No O file has been made!");
-    EXPECT_EQ(m.desktop.messages[1].title, "OIFTool");
-}
-
-// Without a converter of its own in the OIFTool folder, OIFTool runs under Wine: with no Wine it
-// counts as not installed, and with no prefix to run in the conversion fails and says why.
-TEST(Conversion, WithoutWineOrAPrefixNothingIsConverted) {
-    FakeMachine m;
-    m.RegisterOIFTool();
-    m.Text(m.dir.file("model.o"), "O");
     m.Script(m.dir.file("bin/wine"), "exit 0");
-    const struct {
-        std::string path, message;
-    } cases[] = {
-        {m.dir.file("bin"), "Failed, Status log: \r\nOIFTool runs in a Wine prefix, and " + m.prefix + " is not one."},
-        {m.dir.file("empty"), "OIFTool has not been installed properly!"},
-    };
     const std::string path = std::getenv("PATH");
+    // Without a converter of its own in the OIFTool folder, OIFTool runs under Wine: with no
+    // Wine it counts as not installed, and with no prefix to run in the conversion fails.
+    const struct {
+        std::string path;
+        bool converter, toO;
+        std::string in, message;
+    } cases[] = {
+        {path, true, false, "model.o", "Failed, Status log: \r\nPlugin fifastadadp: bad chunk\n"},
+        {path, true, true, "missing.oif", "Invalid OIF File"},
+        {path, true, true, "in.oif", "No O file has been made!"},
+        {m.dir.file("bin"), false, false, "model.o",
+         "Failed, Status log: \r\nOIFTool runs in a Wine prefix, and " + m.prefix + " is not one."},
+        {m.dir.file("empty"), false, false, "model.o", "OIFTool has not been installed properly!"},
+    };
     for (const auto& c : cases) {
         ::setenv("PATH", c.path.c_str(), 1);
+        fs::remove(m.oiftool + "/oifconvert");
+        if (c.converter) m.InstallConverter("");
         m.desktop.messages.clear();
-        ConvertOToOIF(m.dir.file("model.o"), m.dir.file("out.oif"));
-        ASSERT_EQ(m.desktop.messages.size(), 1u);
+        m.desktop.commands.clear();
+        if (c.toO) ConvertOIFToO(m.dir.file(c.in), m.dir.file("out.o"));
+        else ConvertOToOIF(m.dir.file(c.in), m.dir.file("out.oif"));
+        ASSERT_EQ(m.desktop.messages.size(), 1u) << c.message;
         EXPECT_EQ(m.desktop.messages[0].text, c.message);
+        EXPECT_EQ(m.desktop.messages[0].icon, c.toO ? MessageIcon::Exclamation : MessageIcon::Critical) << c.message;
+        if (c.converter && !c.toO) { EXPECT_EQ(ToolPath, m.oiftool); }
+        if (c.in == "in.oif") { EXPECT_EQ(m.desktop.messages[0].title, "OIFTool"); }
+        EXPECT_TRUE(c.converter || m.desktop.commands.empty()) << c.message;
     }
     ::setenv("PATH", path.c_str(), 1);
-    EXPECT_TRUE(m.desktop.commands.empty());
 }
 
 TEST(Conversion, TheBridgeIsFoundBesideTheProgramElseInItsInstall) {
     ScratchFolder dir;
     const std::string beside = dir.file("build/bin/terramason-oifconvert.exe");
     const std::string installed = dir.file("usr/lib/terramason/terramason-oifconvert.exe");
+    const std::string inBin = dir.file("usr/bin/terramason-oifconvert.exe");
     const struct {
         std::vector<std::string> present;
         std::string executableFolder, found;
     } cases[] = {
         {{beside}, dir.file("build/bin"), beside},
         {{installed}, dir.file("usr/bin"), installed},
-        {{installed, dir.file("usr/bin/terramason-oifconvert.exe")},
-         dir.file("usr/bin"),
-         dir.file("usr/bin/terramason-oifconvert.exe")},
+        {{installed, inBin}, dir.file("usr/bin"), inBin},
         {{installed}, dir.file("build/bin"), ""},
         {{}, "", ""},
     };
@@ -223,4 +182,75 @@ TEST(Conversion, TheBridgeIsFoundBesideTheProgramElseInItsInstall) {
         }
         EXPECT_EQ(FindOIFToolBridge(c.executableFolder), c.found) << c.executableFolder;
     }
+}
+
+class Saving : public ::testing::Test {
+protected:
+    void SetUp() override {
+        CurrentProject.OIF = NewOIFFile();
+        for (const char* texture : {"cr01", "ad02"}) {
+            OIFPart p;
+            p.Header.Texture = texture;
+            CurrentProject.OIF = AddPart(p, CurrentProject.OIF);
+        }
+    }
+    void TearDown() override { ResetProgramState(); }
+    std::string Texture(std::size_t part) const { return CurrentProject.OIF.Parts[part].Header.Texture.str(); }
+    FakeMachine m;
+};
+
+TEST_F(Saving, CancelOrAnotherExtensionWritesNothingAndSaysNothing) {
+    m.desktop.dialogAnswers = {"", m.dir.file("stadium.txt"), m.dir.file("stadium")};
+    for (int i = 0; i < 3; ++i) exportoif();
+    EXPECT_EQ(m.desktop.dialogTitles[0], "Export OIF file...");
+    EXPECT_EQ(Texture(0), "cr01");
+    EXPECT_FALSE(fs::exists(m.dir.file("stadium.txt")));
+    EXPECT_FALSE(fs::exists(m.dir.file("stadium")));
+    EXPECT_TRUE(m.desktop.messages.empty());
+}
+
+TEST_F(Saving, SecondSaveOfTheLiveDocumentWritesBlankTexturesAndAsksBeforeReplacing) {
+    const std::string path = m.dir.file("Stadium.OIF");
+    m.desktop.dialogAnswers = {path, path, path};
+    exportoif();
+    EXPECT_EQ(ParseOIF(ReadFile(path)).doc.Parts[1].Header.Texture.str(), "ad02");
+    EXPECT_EQ(Texture(1), "    ");
+    // The file exists now: No reopens the dialog, Yes replaces.
+    m.desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    exportoif();
+    EXPECT_EQ(m.desktop.dialogTitles.size(), 3u);
+    ASSERT_EQ(m.desktop.messages.size(), 2u);
+    EXPECT_EQ(m.desktop.messages[0].text, path + " already exists.   \r\nDo you want to replace it?   ");
+    EXPECT_EQ(m.desktop.messages[0].title, "Save As");
+    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Exclamation);
+    const std::vector<std::uint8_t> second = ReadFile(path);
+    EXPECT_EQ(std::string(second.begin() + 24 + 28, second.begin() + 24 + 32), "    ");
+    EXPECT_EQ(ParseOIF(second).doc.Parts[0].Header.Texture.str(), "tp00");
+}
+
+TEST_F(Saving, ToOGoesThroughTheHandOverFileAndTheConverter) {
+    m.RegisterOIFTool();
+    m.Script(m.oiftool + "/oifconvert", "cp \"$2\" \"$3\"");
+    m.Text(AppFolder + "/temp.oif", "stale");
+    m.desktop.dialogAnswers = {m.dir.file("stadium.o")};
+    exportoif();
+    EXPECT_TRUE(m.desktop.messages.empty());
+    EXPECT_EQ(ParseOIF(ReadFile(AppFolder + "/temp.oif")).doc.Parts.size(), 2u);
+    EXPECT_EQ(ReadFile(m.dir.file("stadium.o")), ReadFile(AppFolder + "/temp.oif")) << "the converter copies";
+    EXPECT_EQ(Texture(0), "    ");
+}
+
+TEST_F(Saving, AFailedWriteIsToldAndWithoutAProjectTheFileDoesNotLoad) {
+    fs::create_directory(m.dir.file("taken.oif"));
+    m.desktop.dialogAnswers = {m.dir.file("taken.oif"), m.dir.file("none.oif")};
+    exportoif();
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_NE(m.desktop.messages[0].text.find("Cannot write"), std::string::npos);
+    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
+    EXPECT_TRUE(fs::is_directory(m.dir.file("taken.oif")));
+    ResetProgramState();
+    exportoif();
+    const std::vector<std::uint8_t> bytes = ReadFile(m.dir.file("none.oif"));
+    ASSERT_EQ(bytes.size(), 24u);
+    EXPECT_EQ(ParseOIF(bytes).error, InvalidOIFTypeMessage);
 }

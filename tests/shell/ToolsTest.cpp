@@ -1,0 +1,226 @@
+// Outside programs: the registry of the Wine prefix, the tools it names, starting and waiting
+// for programs, and the facts of the system.
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+#include "core/ProgramState.h"
+#include "shell/Processes.h"
+#include "shell/RegistryOps.h"
+#include "shell/SystemInfoOps.h"
+#include "shell/ToolsOps.h"
+#include "shell/mdlOIFToolAuto.h"
+#include "support/ScriptedDesktop.h"
+#include "support/TestFiles.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+std::string Touch(const std::string& path, const std::string& text = "MZ") {
+    fs::create_directories(fs::path(path).parent_path());
+    WriteFile(path, Bytes().raw(text).data);
+    return path;
+}
+
+const char* SystemReg = R"(WINE REGISTRY Version 2
+;; All keys relative to \\Machine
+
+[Software\\EA SPORTS\\FIFA 2003] 1700000000
+#time=1d9a8b7c6d5e4f3
+"Install Dir"="C:\\Program Files\\EA SPORTS\\FIFA 2003\\"
+"Language"="English"
+
+[Software\\Problems Inc\\OEdit] 1700000000
+"Runs"=dword:0000002a
+@="default \"quoted\" text"
+
+[Software\\Wow6432Node\\McNeel\\Rhinoceros\\3.0] 1700000000
+"MostRecent"="3.0"
+)";
+
+const char* UserReg =
+    "WINE REGISTRY Version 2\r\n\r\n[Software\\\\Problems Inc\\\\OIFTool] 1700000000\r\n"
+    "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\r\n";
+}  // namespace
+
+TEST(RegistryFiles, FindStringsDwordsAndDefaultValuesIgnoringCase) {
+    const struct {
+        const char *file, *key, *name, *value;  // value nullptr: not found
+    } cases[] = {
+        {SystemReg, "SOFTWARE\\EA SPORTS\\FIFA 2003", "Install Dir", "C:\\Program Files\\EA SPORTS\\FIFA 2003\\"},
+        {SystemReg, "software\\problems inc\\oedit", "runs", "42"},
+        {SystemReg, "Software\\Problems Inc\\OEdit", "@", "default \"quoted\" text"},
+        {SystemReg, "Software\\EA SPORTS", "Install Dir", nullptr},  // keys match whole
+        {SystemReg, "Software\\EA SPORTS\\FIFA 2003", "Missing", nullptr},
+        {"", "a", "b", nullptr},
+        {UserReg, "Software\\Problems Inc\\OIFTool", "InstallPath", "C:\\Tools\\OIFTool"},  // CR LF
+    };
+    for (const auto& c : cases) {
+        std::string v;
+        EXPECT_EQ(FindRegValue(c.file, c.key, c.name, v), c.value != nullptr) << c.key << " " << c.name;
+        if (c.value) { EXPECT_EQ(v, c.value); }
+    }
+}
+
+TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
+    ScratchFolder dir;
+    const std::string prefix = dir.file("wine");
+    fs::create_directories(prefix + "/drive_c/Program Files/EA Sports/FIFA 2003/data");
+    fs::create_directories(prefix + "/drive_c/OIFTool");
+    fs::create_directories(dir.file("games/fifa/Setup"));
+    EXPECT_EQ(LocalPathToWindows(prefix + "/drive_c/OIFTool", prefix), "") << "a prefix without drives";
+    // Windows to local matches the case of what exists; elements that do not keep theirs.
+    const std::pair<std::string, std::string> toLocal[] = {
+        {"C:\\Program Files\\EA SPORTS\\FIFA 2003\\", prefix + "/drive_c/Program Files/EA Sports/FIFA 2003/"},
+        {"c:\\program files\\ea sports\\fifa 2003\\DATA", prefix + "/drive_c/Program Files/EA Sports/FIFA 2003/data"},
+        {"C:\\Games\\New", prefix + "/drive_c/Games/New"},
+        {"3.0", "3.0"},
+        {"/home/me/fifa", "/home/me/fifa"},
+    };
+    for (const auto& [windows, local] : toLocal) EXPECT_EQ(WindowsPathToLocal(windows, prefix), local) << windows;
+    fs::create_directories(prefix + "/dosdevices");
+    fs::create_directory_symlink("../drive_c", prefix + "/dosdevices/c:");
+    fs::create_directory_symlink(dir.file("games"), prefix + "/dosdevices/g:");
+    fs::create_directory_symlink("/", prefix + "/dosdevices/z:");
+    std::string root = fs::canonical(dir.path()).string();
+    std::replace(root.begin(), root.end(), '/', '\\');
+    EXPECT_EQ(WindowsPathToLocal("G:\\fifa\\setup", prefix), prefix + "/dosdevices/g:/fifa/Setup");
+    // Local to Windows takes the closest drive, and back again for the paths that exist.
+    const std::pair<std::string, std::string> toWindows[] = {
+        {prefix + "/drive_c/OIFTool", "C:\\OIFTool"},
+        {prefix + "/drive_c", "C:\\"},
+        {prefix + "/drive_c/OIFTool/new.oif", "C:\\OIFTool\\new.oif"},
+        {dir.file("games/fifa/../fifa"), "G:\\fifa"},
+        {dir.file("wine/drive_cc/x"), "Z:" + root + "\\wine\\drive_cc\\x"},
+    };
+    for (const auto& [local, windows] : toWindows) {
+        EXPECT_EQ(LocalPathToWindows(local, prefix), windows) << local;
+        if (fs::exists(local)) { EXPECT_TRUE(fs::equivalent(WindowsPathToLocal(windows, prefix), local)) << local; }
+    }
+}
+
+TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {
+    ScratchFolder dir;
+    AppFolder = dir.path();
+    const std::string prefix = dir.file("wine"), file = RegistryFilePath();
+    Touch(prefix + "/system.reg", SystemReg);
+    Touch(prefix + "/user.reg", UserReg);
+    const std::string oiftool = "HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath";
+    const std::string language = "HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language";
+    EXPECT_EQ(LinuxRegistryValue(oiftool, file, prefix), prefix + "/drive_c/Tools/OIFTool");
+    EXPECT_EQ(LinuxRegistryValue(language, file, prefix), "English");
+    EXPECT_EQ(LinuxRegistryValue("HKEY_CURRENT_USER\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", file, prefix), "")
+        << "HKEY_CURRENT_USER values are not looked for in the machine's hive";
+    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent", file, prefix),
+              "3.0")
+        << "32-bit keys of a 64-bit prefix";
+    Touch(file, "# my tools\n" + oiftool + " = /opt/oiftool\nbroken line without equals\n");
+    EXPECT_EQ(LinuxRegistryValue(oiftool, file, prefix), "/opt/oiftool");
+    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Nobody\\Value", file, prefix), "");
+    EXPECT_EQ(LinuxRegistryValue(language, file, ""), "") << "without a prefix only the file counts";
+    EXPECT_EQ(LinuxRegistryValue("NoHive", file, prefix), "");
+    AppFolder.clear();
+}
+
+TEST(OutsideTools, CommandLinesFollowTheRegistryAndOnlyExistingProgramsStart) {
+    ScratchFolder dir;
+    AppFolder = dir.file("app");
+    ScriptedDesktop desktop;
+    const OutsideTool tools[] = {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler,
+                                 OutsideTool::Rhinoceros, OutsideTool::ConvRav};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(ToolProgram(tools[i]) + ToolCommandLine(tools[i]), "") << i;
+    EXPECT_EQ(FifaInstallDir(), "/");
+    const std::string rhino = "HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\";
+    desktop.registry = {{OEditRegistryValue, dir.file("OEdit/oedit.exe")},
+                        {OIFToolRegistryValue, dir.file("OIFTool")},
+                        {ZModelerRegistryValue, dir.file("ZModeler/")},  // no second separator
+                        {rhino + "MostRecent", "3.0"},
+                        {rhino + "Install\\Path", dir.file("Rhino")},
+                        {"HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Install Dir", "/games/fifa"}};
+    EXPECT_EQ(FifaInstallDir(), "/games/fifa/");
+    const std::string programs[] = {dir.file("OEdit/oedit.exe"), dir.file("OIFTool/oiftool.exe"),
+                                    dir.file("ZModeler/zmodeler.exe"), dir.file("Rhino/rhino3.exe"),
+                                    AppFolder + "/Tools/convrav.exe"};
+    const std::string arguments[] = {" /rgbemulation", " /run", "", "", ""};
+    for (std::size_t i = 0; i < 5; ++i) {
+        EXPECT_FALSE(ToolInstalled(tools[i])) << "registered but not there: " << i;
+        StartTool(tools[i]);
+        Touch(programs[i]);
+        EXPECT_TRUE(ToolInstalled(tools[i])) << i;
+        EXPECT_EQ(ToolCommandLine(tools[i]), "\"" + programs[i] + "\"" + arguments[i]);
+    }
+    EXPECT_EQ(RhinoExecutable(), programs[3]);
+    EXPECT_TRUE(desktop.commands.empty()) << "a missing tool is passed over";
+    EXPECT_TRUE(desktop.messages.empty());
+    StartTool(OutsideTool::OIFTool);
+    EXPECT_EQ(desktop.commands, WineInstalled()
+                                    ? std::vector<std::string>{"wine " + ToolCommandLine(OutsideTool::OIFTool)}
+                                    : std::vector<std::string>{})
+        << "a Windows program runs through Wine or not at all";
+    desktop.registry[OEditRegistryValue] = dir.file("OEdit");
+    EXPECT_FALSE(ToolInstalled(OutsideTool::OEdit)) << "a folder named like the program is no program";
+    AppFolder.clear();
+}
+
+TEST(Processes, CommandLinesSplitStartAndAreWaitedFor) {
+    EXPECT_EQ(SplitCommandLine("\"/a b/gfxpak\" -e \"/t/x y.fsh\" tp00"),
+              (std::vector<std::string>{"/a b/gfxpak", "-e", "/t/x y.fsh", "tp00"}));
+    EXPECT_EQ(SplitCommandLine("  notepad   \"\"  "), (std::vector<std::string>{"notepad", ""}));
+    EXPECT_TRUE(SplitCommandLine("   ").empty());
+    EXPECT_EQ(PlatformCommand("\"/usr/bin/true\" x"), "\"/usr/bin/true\" x");
+    EXPECT_EQ(PlatformCommand("\"C:/Tools/oedit.exe\" /x"), WineInstalled() ? "wine \"C:/Tools/oedit.exe\" /x" : "");
+    ScriptedDesktop desktop;
+    StartProcess("   ", WindowMode::Normal);
+    EXPECT_TRUE(desktop.commands.empty() && desktop.messages.empty()) << "a blank command starts nothing";
+    StartProcess(" \"/no/such/program\" /run ", WindowMode::Normal);
+    ASSERT_EQ(desktop.messages.size(), 1u);
+    EXPECT_EQ(desktop.messages[0].text, "Could not start process: \"/no/such/program\" /run");
+    EXPECT_EQ(desktop.messages[0].title, "Error");
+    EXPECT_EQ(StartedProcessId(), 0);
+
+    desktop.runProcesses = true;
+    ScratchFolder dir;
+    const std::string tool = Touch(dir.file("slow"), "#!/bin/sh\nsleep 0.3; echo done > \"$1\"\n");
+    const std::string hang = Touch(dir.file("hang"), "#!/bin/sh\nsleep 30\n");
+    ::chmod(tool.c_str(), 0755);
+    ::chmod(hang.c_str(), 0755);
+    EXPECT_TRUE(RunAndWait("\"" + tool + "\" \"" + dir.file("out") + "\"", WindowMode::Hidden));
+    EXPECT_EQ(ReadText(dir.file("out")), "done\n");
+    EXPECT_GE(desktop.pumps, 2) << "the event pump turns while waiting";
+    EXPECT_FALSE(RunAndWait("\"" + tool + "\"", WindowMode::Maximised)) << "only hidden and normal start";
+    EXPECT_FALSE(RunAndWait("/no/such/tool", WindowMode::Hidden));
+    EXPECT_FALSE(RunAndWait("\"" + hang + "\"", WindowMode::Hidden, 200));
+    EXPECT_EQ(desktop.ended.size(), 1u) << "a program past its time is ended";
+}
+
+TEST(SystemFacts, NameTheSystemTheKernelAndTheMemory) {
+    const std::set<std::string> installed = {"gnome-system-monitor", "kinfocenter"};
+    std::vector<std::string> asked;
+    EXPECT_EQ(FindSystemInfoTool([&](const std::string& name) {
+                  asked.push_back(name);
+                  return installed.count(name) > 0;
+              }),
+              "kinfocenter");
+    EXPECT_EQ(asked.back(), "kinfocenter") << "it stops at the first it finds";
+    EXPECT_EQ(FindSystemInfoTool([](const std::string&) { return false; }), "");
+    const std::pair<const char*, const char*> names[] = {
+        {"NAME=\"Debian GNU/Linux\"\nPRETTY_NAME=\"Debian GNU/Linux 12 (bookworm)\"\n",
+         "Debian GNU/Linux 12 (bookworm)"},
+        {"PRETTY_NAME=Arch Linux\r\n", "Arch Linux"},
+        {"PRETTY_NAME='Void'\n", "Void"},
+        {"NAME=Alpine\n#PRETTY_NAME=\"x\"\n", ""},
+        {"", ""}};
+    for (const auto& [text, name] : names) EXPECT_EQ(OsReleaseName(text), name) << text;
+    const std::pair<const char*, const char*> memory[] = {{"MemTotal:        8029412 kB\nMemFree:  1 kB\n", "7.7 GB"},
+                                                          {"MemFree:  1 kB\nMemTotal: 1048576 kB\n", "1.0 GB"},
+                                                          {"MemTotal: lots\n", ""},
+                                                          {"", ""}};
+    for (const auto& [text, shown] : memory) EXPECT_EQ(TotalMemoryText(text), shown) << text;
+    const std::vector<std::string> facts = SystemFacts();
+    ASSERT_GE(facts.size(), 2u);
+    EXPECT_EQ(facts[0].rfind("Operating system: ", 0), 0u) << facts[0];
+    EXPECT_EQ(facts[1].rfind("Kernel: Linux ", 0), 0u) << facts[1];
+}
