@@ -183,6 +183,13 @@ inline int NotBackground(const QImage& image) {
     return CountPixels(image, [](QColor c) { return c != QColor(0xC0, 0xC0, 0xC0); });
 }
 
+// The rows of a drop-down list.
+inline QStringList ComboRows(const QComboBox* box) {
+    QStringList rows;
+    for (int i = 0; i < box->count(); ++i) rows << box->itemText(i);
+    return rows;
+}
+
 // The user picks a row of a drop-down list, also the row already shown.
 inline void UserPicksRow(QComboBox* box, int row) {
     box->setCurrentIndex(row);
