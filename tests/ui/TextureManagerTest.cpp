@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "FrameTestKit.h"
+#include "WindowTestKit.h"
 #include "core/ProgramState.h"
 #include "editors/ui/texturename.h"
 #include "editors/ui/vornoifform.h"

@@ -1,15 +1,17 @@
 #pragma once
-// Helpers of the window tests: acting on a modal window from inside its own event loop, and
-// watching what the windows ask of the views.
+// Helpers of the window tests: a scratch program, a hand inside modal windows, a spy on what the
+// windows ask of the views, the main window with a project, small documents and pixel counts.
 #include <QApplication>
 #include <QBuffer>
 #include <QComboBox>
+#include <QDialog>
 #include <QImage>
-#include <QPointer>
+#include <QPushButton>
 #include <QTimer>
 #include <QtTest>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,21 +19,21 @@
 #include "core/Views.h"
 #include "preview/VRMLOps.h"
 #include "shell/HelpOps.h"
+#include "shell/ui/vorn.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
+#include "wizards/ui/WizardFrame.h"
 
-// What a window test starts from: the program state of a fresh start, a scratch folder as
-// AppFolder (and its "share" as ResourceFolder) and the scripted desktop. Made in init() and dropped in cleanup().
+// The program state of a fresh start, a scratch folder as AppFolder, the shipped resources and
+// the scripted desktop. Made in init() and dropped in cleanup().
 struct ScratchProgram {
     ScratchProgram() {
         ResetProgramState();
         AppFolder = folder.path();
-        // The shipped help book and read-me: the windows show them.
         ResourceFolder = TM_RESOURCES;
     }
     ~ScratchProgram() {
-        // A view file still being written goes into the folder before it is removed.
-        FinishViewFiles();
+        FinishViewFiles();  // a view file still being written goes in before the folder goes
         AppFolder.clear();
         ResourceFolder.clear();
         ResetProgramState();
@@ -42,7 +44,7 @@ struct ScratchProgram {
     ScriptedDesktop desktop;
 };
 
-// Runs `act` once on the next modal window of class T, as soon as it is shown: the test's hand
+// Runs `act` once on the next modal window of class T as soon as it is shown: the test's hand
 // inside exec().
 template <class T>
 void WhenModalShown(std::function<void(T*)> act) {
@@ -57,8 +59,23 @@ void WhenModalShown(std::function<void(T*)> act) {
     poll->start(10);
 }
 
-// Shows the window and makes it the active one, as a click on it would: keys then reach its
-// shortcuts and focus. Xvfb without a window manager activates nothing by itself.
+// The class of the modal window that `trigger` opens, closed again at once; empty for none.
+inline QString OpenedModal(const std::function<void()>& trigger) {
+    QString seen;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        auto* d = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!d || !d->isVisible() || !seen.isEmpty()) return;
+        seen = d->metaObject()->className();
+        d->reject();
+    });
+    poll.start(10);
+    trigger();
+    return seen;
+}
+
+// Shows the window and makes it the active one, as a click on it would: Xvfb without a window
+// manager activates nothing by itself.
 inline bool MakeActive(QWidget& window) {
     window.show();
     if (!QTest::qWaitForWindowExposed(&window)) return false;
@@ -67,54 +84,48 @@ inline bool MakeActive(QWidget& window) {
     return QTest::qWaitFor([&] { return window.isActiveWindow(); }, 2000);
 }
 
-// Put over the views that vorn installs: counts what the commands ask and hands it on.
+// Put over the installed views: notes what the commands ask and hands it on.
 class SpyViews : public Views {
 public:
     SpyViews() { inner_ = InstallViews(this); }
     ~SpyViews() override { InstallViews(inner_); }
     SpyViews(const SpyViews&) = delete;
     SpyViews& operator=(const SpyViews&) = delete;
-
     std::vector<std::string> calls;
     std::vector<bool> flagAtRebuild;
-
     void RefreshPartsList() override {
-        calls.push_back("RefreshPartsList");
+        note("RefreshPartsList");
         inner().RefreshPartsList();
     }
     void loadviews() override {
-        calls.push_back("loadviews");
+        note("loadviews");
         inner().loadviews();
     }
     void RebuildPreviews() override {
-        calls.push_back("RebuildPreviews");
         flagAtRebuild.push_back(PreviewRefreshOn);
+        note("RebuildPreviews");
         inner().RebuildPreviews();
     }
     void ReloadPreviews() override {
-        calls.push_back("ReloadPreviews");
+        note("ReloadPreviews");
         inner().ReloadPreviews();
     }
     void showselectobj() override {
-        calls.push_back("showselectobj");
+        note("showselectobj");
         inner().showselectobj();
     }
     std::vector<bool> SelectedParts() override { return inner().SelectedParts(); }
     PreviewSelection Selection() override { return inner().Selection(); }
-
-    int count(const std::string& call) const {
-        int n = 0;
-        for (const std::string& c : calls) n += c == call;
-        return n;
-    }
+    int count(const std::string& call) const { return int(std::count(calls.begin(), calls.end(), call)); }
 
 private:
+    void note(const char* call) { calls.push_back(call); }
     Views& inner() { return inner_ ? *inner_ : idle_; }
     Views* inner_ = nullptr;
     Views idle_;
 };
 
-// A document of parts with these names.
+// A document of parts with these names, all of texture tp00.
 inline OIFFile NamedParts(std::initializer_list<const char*> names) {
     OIFFile doc = NewOIFFile();
     for (const char* name : names) {
@@ -126,38 +137,50 @@ inline OIFFile NamedParts(std::initializer_list<const char*> names) {
     return doc;
 }
 
-// A square pitch in the X-Z plane around the origin, where every view looks, as one strip of
-// two triangles with the texture over its whole face; by default 30000 units across.
+// A square pitch in the X-Z plane around the origin, where every view looks, as one strip of two
+// triangles with the texture over its whole face.
 inline OIFFile TexturedQuad(float half = 15000, const char* texture = "tp00") {
     OIFPart p;
     p.Header.Name = "pitch";
     p.Header.Texture = texture;
-    auto v = [](float x, float z, float u, float w) {
-        OIFVertex r;
-        r.X = x;
-        r.Z = z;
-        r.U = u;
-        r.V = w;
-        return r;
-    };
-    p.Vertices = {v(-half, -half, 0, 0), v(half, -half, 1, 0), v(-half, half, 0, 1), v(half, half, 1, 1)};
+    p.Vertices = {
+        {-half, 0, -half, 0, 0, 0}, {half, 0, -half, 0, 1, 0}, {-half, 0, half, 0, 0, 1}, {half, 0, half, 0, 1, 1}};
     p.Indices = {0, 1, 2, 3};
     p.Header.VertexCount = 4;
     p.Header.IndexCount = 4;
-    OIFFile doc = NewOIFFile();
-    return AddPart(p, doc);
+    return AddPart(p, NewOIFFile());
 }
 
-// Pixels that are clearly a texture's red, not the grey of the background or of a lit
-// untextured face.
-inline int RedPixels(const QImage& image) {
+// The main window, shown and active, with a new project of `doc` listed and previewed.
+inline void OpenFrameWithProject(std::unique_ptr<vorn>& frame, const OIFFile& doc = TexturedQuad()) {
+    frame = std::make_unique<vorn>();
+    frame->resize(1200, 900);
+    QVERIFY(MakeActive(*frame));
+    frame->createnew(0, "Project1");
+    CurrentProject.OIF = doc;
+    TheViews().RefreshPartsList();
+    TheViews().loadviews();
+}
+
+inline void OpenProjectOf(vorn& frame, std::initializer_list<const char*> names) {
+    frame.createnew(0, "Project1");
+    CurrentProject.OIF = NamedParts(names);
+    TheViews().RefreshPartsList();
+}
+
+// Pixels of the image that pass the test.
+inline int CountPixels(const QImage& image, const std::function<bool(QColor)>& test) {
     int n = 0;
     for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
-            const QColor c = image.pixelColor(x, y);
-            n += c.red() > 150 && c.green() < 60 && c.blue() < 60;
-        }
+        for (int x = 0; x < image.width(); ++x) n += test(image.pixelColor(x, y));
     return n;
+}
+// A texture's clear red, not the grey of the background or of a lit untextured face.
+inline int RedPixels(const QImage& image) {
+    return CountPixels(image, [](QColor c) { return c.red() > 150 && c.green() < 60 && c.blue() < 60; });
+}
+inline int NotBackground(const QImage& image) {
+    return CountPixels(image, [](QColor c) { return c != QColor(0xC0, 0xC0, 0xC0); });
 }
 
 // The rows of a drop-down list.
@@ -167,15 +190,13 @@ inline QStringList ComboRows(const QComboBox* box) {
     return rows;
 }
 
-// The user picks a row of a drop-down list: the list shows it and says it was chosen, also when
-// it was the row already shown.
+// The user picks a row of a drop-down list, also the row already shown.
 inline void UserPicksRow(QComboBox* box, int row) {
     box->setCurrentIndex(row);
     emit box->activated(row);
 }
 
-// Runs the application's own event loop until something ends it, as main() does. Gives -1 if
-// nothing ended it within five seconds.
+// Runs the application's event loop as main() does; -1 if nothing ended it within five seconds.
 inline int RunEventLoop(const std::function<void()>& first) {
     QTimer watchdog;
     watchdog.setSingleShot(true);
@@ -183,14 +204,6 @@ inline int RunEventLoop(const std::function<void()>& first) {
     watchdog.start(5000);
     QTimer::singleShot(0, first);
     return QCoreApplication::exec();
-}
-
-// Pixels that are not the grey background of the previews.
-inline int NotBackground(const QImage& image) {
-    int n = 0;
-    for (int y = 0; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) n += (image.pixel(x, y) & 0xFFFFFF) != 0xC0C0C0;
-    return n;
 }
 
 // The mouse wheel turned over the widget by `delta` (120 to a notch).
@@ -209,4 +222,19 @@ inline std::vector<std::uint8_t> PngOf(QColor colour, int width = 4, int height 
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
     return {bytes.begin(), bytes.end()};
+}
+
+// What every wizard does alike: Cancel asks the exit question and No keeps it, the close box asks
+// again and Yes closes it, and Help opens its page.
+inline void CheckExitQuestionAndHelp(WizardFrame& w, ScriptedDesktop& desktop, const std::string& helpPage) {
+    w.show();
+    desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    w.cancelbut()->click();
+    QVERIFY(w.isVisible());
+    QCOMPARE(desktop.messages.back().text, std::string("Are you sure you want to exit the wizard?   "));
+    w.close();
+    QVERIFY(!w.isVisible());
+    QCOMPARE(desktop.messages.size(), std::size_t(2));
+    w.helpbut()->click();
+    QCOMPARE(desktop.pages.back(), HelpPageAddress(helpPage));
 }
