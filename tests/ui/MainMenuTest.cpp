@@ -189,8 +189,13 @@ private slots:
         WriteFile(oedit, {'M', 'Z'});
         desktop_->registry[OEditRegistryValue] = oedit;
         desktop_->registry[OIFToolRegistryValue] = program_->folder.file("OIFTool");  // registered, not there
+        std::filesystem::create_directories(program_->folder.file("ZModeler"));
+        WriteFile(program_->folder.file("ZModeler/zmodeler.exe"), {'M', 'Z'});
+        desktop_->registry[ZModelerRegistryValue] = program_->folder.file("ZModeler");
         vorn w;
-        QVERIFY(w.menuAction("OEdit")->isEnabled());
+        QVERIFY(w.menuAction("OEdit")->isEnabled() && w.menuAction("ZModeler")->isEnabled());
+        // An entry the design keeps hidden stays so.
+        QVERIFY(!w.menuAction("Make stadium.big...")->isVisible());
         QVERIFY(!w.menuAction("OIF Tool")->isEnabled() && !w.menuAction("Rhinoceros 3D")->isEnabled());
         w.menuAction("ConvRav")->trigger();  // its program missing: nothing, without a word
         QVERIFY(desktop_->commands.empty());

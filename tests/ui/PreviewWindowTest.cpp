@@ -379,7 +379,12 @@ private slots:
         QVERIFY(std::abs(ShapeCentreX(one) - 80) < 2);
         QVERIFY2(NotBackground(one) > 400 && NotBackground(one) < 2000, "a real projection, not a smear");
         QVERIFY2(qRed(one.pixel(80, 60)) > 200 && qGreen(one.pixel(80, 60)) < 80, "red over the grey");
-        // The file is not held and the picture keeps what was read when it is rewritten.
+        // The file is not held (a descriptor left open on it would keep the writer's old file
+        // alive) and the picture keeps what was read when it is rewritten.
+        for (const auto& fd : std::filesystem::directory_iterator("/proc/self/fd")) {
+            std::error_code ec;
+            QVERIFY(std::filesystem::read_symlink(fd.path(), ec) != std::filesystem::weakly_canonical(wrl));
+        }
         WriteText(wrl, World("", 3, Red));
         QVERIFY(std::filesystem::remove(wrl));
         QVERIFY(std::abs(ShapeCentreX(picture()) - 80) < 2);
