@@ -43,6 +43,15 @@ TEST(ApplyLighting, GreysFrom240AtTheOriginTo30AtTheFarthestVertex) {
     EXPECT_EQ(ApplyLighting(ApplyLighting(doc, "80"), "80"), ApplyLighting(doc, "80"));
 }
 
+TEST(ApplyLighting, MeasuresTheDistanceOnAllThreeAxes) {
+    // (300, 400, 0) is 500 from the origin, half of the farthest 1000: 240 - 105 = 135. Without
+    // its height it would stand at 300, grey 177.
+    OIFPart part;
+    part.Vertices = {{300, 400, 0, 0, 0, 0}, {0, 0, 1000, 0, 0, 0}};
+    EXPECT_EQ(Shadows(ApplyLighting(AddPart(part, NewOIFFile()), "100")),
+              (std::vector<std::uint32_t>{Grey(135), Grey(30)}));
+}
+
 TEST(ApplyLighting, RefusesADocumentWhoseVerticesAllLieAtTheOrigin) {
     EXPECT_THROW(ApplyLighting(Line({0, 0}), "80"), std::runtime_error);
     EXPECT_EQ(ApplyLighting(NewOIFFile(), "80"), NewOIFFile());
@@ -111,4 +120,9 @@ TEST(TransformParts, ScalesRotatesTranslatesAndMirrorsInThatOrder) {
     const OIFVertex yz = TransformParts(doc, settings).Parts[0].Vertices[0];
     EXPECT_NEAR(yz.Y, 0, 1e-6);
     EXPECT_NEAR(yz.Z, -1, 1e-6);
+    // About X and Z: X leaves (1, 0, 0), Z takes it to (0, 1, 0); Z first would give (0, 0, 1).
+    settings.rotate = {"90", "0", "90"};
+    const OIFVertex xz = TransformParts(doc, settings).Parts[0].Vertices[0];
+    EXPECT_NEAR(xz.Y, 1, 1e-6);
+    EXPECT_NEAR(xz.Z, 0, 1e-6);
 }
