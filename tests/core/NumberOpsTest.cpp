@@ -3,25 +3,19 @@
 #include <cmath>
 #include <set>
 #include <stdexcept>
+#include <tuple>
 
 #include "core/NumberOps.h"
 #include "core/myOps.h"
 
-TEST(RoundDownInt, IsTheCeilingMinusOneOfAPositiveValue) {
-    EXPECT_EQ(RoundDownInt(3.2), 3);
-    EXPECT_EQ(RoundDownInt(3.0), 2);
-    EXPECT_EQ(RoundDownInt(0.7), 0);
-    EXPECT_EQ(RoundDownInt(3.5), 3) << "the cut-off half rounds to even";
-    EXPECT_EQ(RoundDownInt(-0.2), -1);
-    EXPECT_EQ(RoundDownInt(NAN), 0) << "not a number";
+TEST(Rounding, RoundDownIsTheCeilingMinusOneAndFactorsStepHalfAStepWithTheRestToEven) {
+    // The cut-off half of 3.5 rounds to even; not a number gives 0.
+    for (const auto& [x, n] : {std::pair{3.2, 3}, {3.0, 2}, {0.7, 0}, {3.5, 3}, {-0.2, -1}, {NAN, 0}})
+        EXPECT_EQ(RoundDownInt(x), n) << x;
     EXPECT_THROW(RoundDownInt(40000.0), std::overflow_error);
-}
-
-TEST(RoundToFactor, StepsHalfAStepUpOrDownAndRoundsTheRestToEven) {
-    EXPECT_DOUBLE_EQ(RoundToFactor(3.0, 1, true), 3.0);
-    EXPECT_DOUBLE_EQ(RoundToFactor(2.6, 0.5, true), 3.0);
-    EXPECT_DOUBLE_EQ(RoundToFactor(2.6, 0.5, false), 2.5);
-    EXPECT_DOUBLE_EQ(RoundToFactor(250, 100, false), 200);
+    const std::tuple<double, double, bool, double> factors[] = {
+        {3.0, 1, true, 3.0}, {2.6, 0.5, true, 3.0}, {2.6, 0.5, false, 2.5}, {250, 100, false, 200}};
+    for (const auto& [x, factor, up, want] : factors) EXPECT_DOUBLE_EQ(RoundToFactor(x, factor, up), want) << x;
     EXPECT_THROW(RoundToFactor(1e9, 1, true), std::overflow_error);
 }
 
