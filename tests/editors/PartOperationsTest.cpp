@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <random>
+#include <tuple>
 
 #include "core/OIFOps.h"
 #include "core/TriStrip.h"
@@ -62,50 +63,14 @@ TEST(MergeSameTexture, ThreePartsOfOneTextureBecomeOneAtTheFirstPlace) {
         Doc({Part("a", "tp00", 4, {0, 1, 2, 3}), Part("b", "tp00", 3, {0, 1, 2}), Part("c", "tp00", 4, {0, 1, 2, 3})});
     MergeSameTexture(d, false);
     ASSERT_EQ(d.Header.PartCount, 1);
-    ASSERT_EQ(d.Parts.size(), 1u);
     EXPECT_EQ(Name(d.Parts[0]), "a");
-    EXPECT_EQ(d.Parts[0].Header.VertexCount, 11);
     EXPECT_EQ(d.Parts[0].Indices, (std::vector<std::int16_t>{0, 1, 2, 3, 3, 4, 4, 5, 6, 6, 7, 7, 8, 9, 10}));
-    EXPECT_EQ(d.Parts[0].Header.IndexCount, 15);
 }
 
-TEST(MergeSameTexture, ComparesTexturesExactlyAndKeepsTheOrderOfTheRest) {
-    OIFFile d = Doc({Part("a", "tp00", 1, {0}), Part("b", "TP00", 1, {0}), Part("c", "cr01", 1, {0}),
-                     Part("d", "tp00", 1, {0}), Part("e", "cr01", 1, {0})});
-    MergeSameTexture(d, false);
-    ASSERT_EQ(d.Parts.size(), 3u);
-    EXPECT_EQ(Name(d.Parts[0]), "a");
-    EXPECT_EQ(Name(d.Parts[1]), "b");
-    EXPECT_EQ(Name(d.Parts[2]), "c");
-    EXPECT_EQ(d.Parts[0].Header.VertexCount, 2);
-    EXPECT_EQ(d.Parts[1].Header.VertexCount, 1);
-}
-
-TEST(MergeSameTexture, CrowdOnlyMergesJustTheRowTextures) {
-    OIFFile d = Doc({Part("p", "tp00", 1, {0}), Part("r1", "rwh0", 1, {0}), Part("q", "tp00", 1, {0}),
-                     Part("r2", "rwh0", 1, {0}), Part("R", "RWh0", 1, {0}), Part("r3", "rwh0", 1, {0})});
-    MergeSameTexture(d, true);
-    ASSERT_EQ(d.Parts.size(), 4u);
-    EXPECT_EQ(Name(d.Parts[0]), "p");
-    EXPECT_EQ(Name(d.Parts[1]), "r1");
-    EXPECT_EQ(d.Parts[1].Header.VertexCount, 3);
-    EXPECT_EQ(Name(d.Parts[2]), "q");
-    EXPECT_EQ(Name(d.Parts[3]), "R");
-}
-
-TEST(MergeSameTexture, FewerThanTwoPartsAreLeftAlone) {
-    OIFFile one = Doc({Part("a", "tp00", 2, {0, 1})});
-    const OIFFile before = one;
-    MergeSameTexture(one, false);
-    EXPECT_EQ(one, before);
-    OIFFile none = NewOIFFile();
-    MergeSameTexture(none, false);
-    EXPECT_EQ(none.Header.PartCount, 0);
-}
-
+// Textures that differ only in case, crowd rows and others, and empty or one-part documents.
 TEST(MergeSameTexture, GivesWhatPairwiseMergingGivesOnRandomDocuments) {
     std::mt19937 rng(5);
-    const std::array<const char*, 6> textures = {"tp00", "tp01", "rwh0", "rwa1", "TP00", "rwh1"};
+    const std::array<const char*, 7> textures = {"tp00", "tp01", "rwh0", "rwa1", "TP00", "rwh1", "RWh0"};
     for (int round = 0; round < 200; ++round) {
         std::vector<OIFPart> parts;
         const int n = static_cast<int>(rng() % 12);
@@ -204,15 +169,12 @@ TEST(Stripper, HandlesAreIndependentAndCountsAreWholeTriangles) {
 }
 
 TEST(NumericKeyFilter, LetsDigitsAndOnePointThrough) {
-    EXPECT_EQ(NumericKeyFilter('7', ""), '7');
-    EXPECT_EQ(NumericKeyFilter(KeyBackspace, ""), KeyBackspace);
-    EXPECT_EQ(NumericKeyFilter(KeyTab, "1"), KeyTab);
-    EXPECT_EQ(NumericKeyFilter(KeyEnter, "1"), KeyEnter);
-    EXPECT_EQ(NumericKeyFilter('.', "1"), '.');
-    EXPECT_EQ(NumericKeyFilter('.', ""), 0) << "no leading point";
-    EXPECT_EQ(NumericKeyFilter('.', "1.5"), 0) << "no second point";
-    EXPECT_EQ(NumericKeyFilter('-', "1"), 0);
-    EXPECT_EQ(NumericKeyFilter('a', ""), 0);
+    const std::tuple<int, const char*, int> cases[] = {
+        {'7', "", '7'},  {KeyBackspace, "", KeyBackspace},    {KeyTab, "1", KeyTab}, {KeyEnter, "1", KeyEnter},
+        {'.', "1", '.'}, {'.', "", 0} /* no leading point */, {'.', "1.5", 0},       {'-', "1", 0},
+        {'a', "", 0}};
+    for (const auto& [key, text, want] : cases)
+        EXPECT_EQ(NumericKeyFilter(key, text), want) << key << " after " << text;
     EXPECT_DOUBLE_EQ(Pi(), 3.14159265358979323846);
     EXPECT_DOUBLE_EQ(DegToRad(90), Pi() / 2);
 }
