@@ -81,12 +81,14 @@ TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
 }
 
 TEST(HexToLong, ReadsCapitalDigitsFromTheRightAndRefusesOverflow) {
-    EXPECT_EQ(HexToLong("FF"), 255);
-    EXPECT_EQ(HexToLong("abcdef"), 0);
-    EXPECT_EQ(HexToLong("1a"), 16) << "a lower-case letter counts 0 in its place";
-    EXPECT_EQ(HexToLong("0000000000FF"), 255) << "zeros far to the left add nothing";
-    EXPECT_EQ(HexToLong("7FFFFFFF"), 0x7FFFFFFF);
-    EXPECT_EQ(HexToLong("80000000"), std::nullopt);
+    // A lower-case letter counts 0 in its place; zeros far to the left add nothing.
+    const std::pair<const char*, std::optional<std::int32_t>> cases[] = {{"FF", 255},
+                                                                         {"abcdef", 0},
+                                                                         {"1a", 16},
+                                                                         {"0000000000FF", 255},
+                                                                         {"7FFFFFFF", 0x7FFFFFFF},
+                                                                         {"80000000", std::nullopt}};
+    for (const auto& [text, value] : cases) EXPECT_EQ(HexToLong(text), value) << text;
 }
 
 TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {

@@ -44,23 +44,26 @@ TEST(ImporterSizes, LoadCentresAtPixelSizeAndResetIsFifteenTimesThat) {
 TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
     ScriptedDesktop desktop;
     const auto names = Named({"a.bmp", "b.bmp", "c.bmp"});
-    auto check = [&](std::vector<TextureBox> boxes) { return CheckBoundsOf(boxes, names, WideTwips, HighTwips); };
-    // Unmapped hides the overlap that follows.
-    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(0, 0, 10, 10), Box(50, 0, 10, 10, false)}).message,
-              "Not all textures mapped!");
-    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(-1, 20, 10, 10), Box(0, 0, 10, 10)}).message,
-              "Texture 'b.bmp' is out of image boundaries.");
-    EXPECT_EQ(check({Box(0, -1, 10, 10)}).message, "Texture 'a.bmp' is out of image boundaries.");
-    // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
-    EXPECT_TRUE(check({Box(480, 500, 100, 100)}).ok);
-    EXPECT_FALSE(check({Box(0, 0, WideTwips + 1, 10)}).ok);
-    EXPECT_FALSE(check({Box(0, 0, 10, HighTwips + 1)}).ok);
-    // A shared edge at x = 100 passes; 99 against 100 overlaps.
-    const BoundsReport touching = check({Box(0, 0, 100, 50), Box(100, 0, 50, 50), Box(0, 50, 100, 10)});
-    EXPECT_TRUE(touching.ok);
-    EXPECT_EQ(touching.message, "All bounds are fine.");
-    EXPECT_EQ(check({Box(0, 0, 100, 50), Box(200, 0, 50, 50), Box(99, 40, 10, 10)}).message,
-              "Textures 'a.bmp' and 'c.bmp' are overlapping.");
+    const std::string fine = "All bounds are fine.";
+    const std::pair<std::vector<TextureBox>, std::string> cases[] = {
+        // Unmapped hides the overlap that follows.
+        {{Box(0, 0, 10, 10), Box(0, 0, 10, 10), Box(50, 0, 10, 10, false)}, "Not all textures mapped!"},
+        {{Box(0, 0, 10, 10), Box(-1, 20, 10, 10), Box(0, 0, 10, 10)}, "Texture 'b.bmp' is out of image boundaries."},
+        {{Box(0, -1, 10, 10)}, "Texture 'a.bmp' is out of image boundaries."},
+        // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
+        {{Box(480, 500, 100, 100)}, fine},
+        {{Box(0, 0, WideTwips + 1, 10)}, "Texture 'a.bmp' is out of image boundaries."},
+        {{Box(0, 0, 10, HighTwips + 1)}, "Texture 'a.bmp' is out of image boundaries."},
+        // A shared edge at x = 100 passes; 99 against 100 overlaps.
+        {{Box(0, 0, 100, 50), Box(100, 0, 50, 50), Box(0, 50, 100, 10)}, fine},
+        {{Box(0, 0, 100, 50), Box(200, 0, 50, 50), Box(99, 40, 10, 10)},
+         "Textures 'a.bmp' and 'c.bmp' are overlapping."},
+    };
+    for (const auto& [boxes, message] : cases) {
+        const BoundsReport r = CheckBoundsOf(boxes, names, WideTwips, HighTwips);
+        EXPECT_EQ(r.message, message);
+        EXPECT_EQ(r.ok, message == fine) << message;
+    }
     EXPECT_TRUE(CheckBoundsOf({Box(3, 3, 10, 10)}, Named({"x"}), WideTwips, HighTwips).ok);
 
     EXPECT_FALSE(CheckBounds({Box(0, 0, 1, 1, false)}, names, WideTwips, HighTwips, false));
