@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 
+#include "core/DrawnTriangles.h"
 #include "exchange/mdl3DS.h"
 #include "support/Chunks3DS.h"
 #include "support/TestFiles.h"
@@ -23,21 +24,6 @@ Model3DS Parsed(const Bytes3DS& bytes) {
     const Parse3DS p = Parse3DSBytes(bytes);
     EXPECT_EQ(p.error, "");
     return p.model;
-}
-
-// The triangles a strip stands for, each turned to start at its smallest index so that the
-// winding is kept but the start corner is not; degenerate joins left out.
-std::multiset<std::array<int, 3>> StripTriangles(const std::vector<std::int16_t>& strip) {
-    std::multiset<std::array<int, 3>> out;
-    for (std::size_t i = 2; i < strip.size(); ++i) {
-        std::array<int, 3> t{static_cast<std::uint16_t>(strip[i - 2]), static_cast<std::uint16_t>(strip[i - 1]),
-                             static_cast<std::uint16_t>(strip[i])};
-        if (i % 2 == 1) std::swap(t[0], t[1]);
-        if (t[0] == t[1] || t[1] == t[2] || t[0] == t[2]) continue;
-        while (t[0] > t[1] || t[0] > t[2]) t = {t[1], t[2], t[0]};
-        out.insert(t);
-    }
-    return out;
 }
 
 }  // namespace
@@ -182,7 +168,7 @@ TEST(Make3DSPart, TurnsTheAxesShadesStripsAndNamesThePart) {
     EXPECT_EQ(p.Vertices[6].Shadow, 0xFF525252u);
     EXPECT_EQ(p.Header.VertexCount, 7);
     EXPECT_EQ(p.Header.IndexCount, static_cast<std::int32_t>(p.Indices.size()));
-    EXPECT_EQ(StripTriangles(p.Indices), (std::multiset<std::array<int, 3>>{{0, 1, 2}, {0, 2, 3}, {4, 5, 6}}))
+    EXPECT_EQ(DrawnTriangles(p.Indices), (std::multiset<Triangle3>{{0, 1, 2}, {0, 2, 3}, {4, 5, 6}}))
         << "B's vertices follow A's";
 
     const Part3DS flat = Make3DSPartFrom(m, {true, 0, 0, 0}, 0);
@@ -231,7 +217,7 @@ TEST(Make3DSPart, IndicesAboveSixteenBitsOfSignedRangeStillNameTheirVertices) {
     const Part3DS made = Make3DSPartFrom(m, {true, 0, 0, 0}, 0);
     ASSERT_EQ(made.error, "");
     ASSERT_EQ(made.part.Vertices.size(), 3u);
-    EXPECT_EQ(StripTriangles(made.part.Indices), (std::multiset<std::array<int, 3>>{{0, 1, 2}}));
+    EXPECT_EQ(DrawnTriangles(made.part.Indices), (std::multiset<Triangle3>{{0, 1, 2}}));
 }
 
 TEST(Make3DSPart, WeldAndDuplicateRuleAtTheirEdges) {

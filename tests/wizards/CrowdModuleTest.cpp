@@ -5,6 +5,7 @@
 #include <cmath>
 #include <set>
 
+#include "core/DrawnTriangles.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
 #include "core/myOps.h"
@@ -28,26 +29,15 @@ CrowdRow Plane(float width, float depth, float rise = 500) {
 
 float Length(const OIFVertex& a, const OIFVertex& b) { return std::hypot(a.X - b.X, a.Y - b.Y, a.Z - b.Z); }
 
-// The non-degenerate triangles of a strip, each as its sorted vertex indices.
-std::multiset<std::array<int, 3>> StripTriangles(const std::vector<std::int16_t>& strip) {
-    std::multiset<std::array<int, 3>> triangles;
-    for (std::size_t i = 0; i + 2 < strip.size(); ++i) {
-        std::array<int, 3> t{strip[i], strip[i + 1], strip[i + 2]};
-        std::sort(t.begin(), t.end());
-        if (t[0] != t[1] && t[1] != t[2]) triangles.insert(t);
-    }
-    return triangles;
-}
-
 // A part whose one strip draws each row as its two triangles and nothing else.
 void ExpectOneStripOfRows(const OIFPart& part) {
     ASSERT_EQ(part.Vertices.size() % 4, 0u);
-    std::multiset<std::array<int, 3>> rows;
+    std::multiset<Triangle3> rows;
     for (int r = 0; r < static_cast<int>(part.Vertices.size()) / 4; ++r) {
         rows.insert({4 * r, 4 * r + 1, 4 * r + 2});
         rows.insert({4 * r + 1, 4 * r + 2, 4 * r + 3});
     }
-    EXPECT_EQ(StripTriangles(part.Indices), rows) << part.Header.Name.str();
+    EXPECT_EQ(DrawnTriangles(part.Indices, true), rows) << part.Header.Name.str();
     EXPECT_EQ(part.Header.VertexCount, static_cast<int>(part.Vertices.size()));
     EXPECT_EQ(part.Header.IndexCount, static_cast<int>(part.Indices.size()));
 }
