@@ -234,43 +234,36 @@ TEST_F(PreviewFiles, WirePreviewGoesToTheScratchFolderAndTheWireWindow) {
     EXPECT_TRUE(std::filesystem::exists(AppPath("stad2.wrl")));
 }
 
-TEST_F(PreviewFiles, StartPreviewsPutsEveryViewBackAndRebuilds) {
-    PreviewViews[ViewTop].PositionZ = 5;
-    PreviewViews[ViewPerspective].SceneRotationY = 2;
-    EXPECT_TRUE(StartPreviews(doc, {}));
-    EXPECT_EQ(PreviewViews, StartPreviewViews());
-    EXPECT_EQ(Temp("Top.wrl"), ViewHeaderText(doc, StartPreviewViews()[ViewTop]) + Temp("Parts.tmp"));
-    EXPECT_EQ(views.calls.size(), 8u);
-}
-
-TEST_F(PreviewFiles, StartPreviewsDoesNothingUnlessPreviewsReadsOne) {
-    for (const char* value : {"0", "", "1 ", "true"}) {
-        WriteConfig("Terramason", "Previews", value);
+// Whether Previews reads 1 and refresh is on: start puts the views back, and writes the files.
+TEST_F(PreviewFiles, StartPreviewsRunsOnlyWhenPreviewsReadsOne) {
+    const struct {
+        const char* previews;
+        bool refresh, started, written;
+    } cases[] = {{"1", true, true, true},  {"1", false, true, false},  {"0", true, false, false},
+                 {"", true, false, false}, {"1 ", true, false, false}, {"true", true, false, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string("\"") + c.previews + "\" refresh " + std::to_string(c.refresh));
+        std::filesystem::remove_all(AppPath("temp"));
+        std::filesystem::create_directories(AppPath("temp"));
+        views.calls.clear();
+        WriteConfig("Terramason", "Previews", c.previews);
+        PreviewRefreshOn = c.refresh;
         PreviewViews[ViewBack].PositionX = 77;
-        EXPECT_FALSE(StartPreviews(doc, {})) << '"' << value << '"';
-        EXPECT_EQ(PreviewViews[ViewBack].PositionX, 77) << "the views are left as they were";
+        EXPECT_EQ(StartPreviews(doc, {}), c.started);
+        EXPECT_EQ(PreviewViews == StartPreviewViews(), c.started);
+        EXPECT_EQ(std::filesystem::exists(AppPath("temp/Top.wrl")), c.written);
+        EXPECT_EQ(views.calls.size(), c.written ? 8u : 0u);
+        if (c.written) {
+            EXPECT_EQ(Temp("Top.wrl"), ViewHeaderText(doc, StartPreviewViews()[ViewTop]) + Temp("Parts.tmp"));
+        }
     }
-    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Top.wrl")));
-    EXPECT_TRUE(views.calls.empty());
-}
-
-TEST_F(PreviewFiles, StartPreviewsWithRefreshOffResetsTheViewsButWritesNothing) {
-    // The windows still open; they find whatever files the last rebuild left.
-    PreviewRefreshOn = false;
-    PreviewViews[ViewRight].PositionY = 9;
-    EXPECT_TRUE(StartPreviews(doc, {}));
-    EXPECT_EQ(PreviewViews, StartPreviewViews());
-    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Parts.tmp")));
 }
 
 TEST_F(PreviewFiles, OnlyThePerspectiveWindowIsTexturedAndOnlyByAOne) {
-    const std::array<int, 4> untextured{RenderUntextured, RenderUntextured, RenderUntextured, RenderUntextured};
-    EXPECT_EQ(PreviewRenderFlags(), untextured) << "no key";
-    WriteConfig("Previews", "PerspectiveTex", "1");
-    EXPECT_EQ(PreviewRenderFlags(),
-              (std::array<int, 4>{RenderUntextured, RenderUntextured, RenderUntextured, RenderTextured}));
-    WriteConfig("Previews", "PerspectiveTex", "0");
-    EXPECT_EQ(PreviewRenderFlags(), untextured);
-    WriteConfig("Previews", "PerspectiveTex", "01");
-    EXPECT_EQ(PreviewRenderFlags(), untextured);
+    constexpr int U = RenderUntextured;
+    for (const char* value : {"", "1", "0", "01"}) {
+        if (*value) WriteConfig("Previews", "PerspectiveTex", value);
+        const int last = value == std::string("1") ? RenderTextured : U;
+        EXPECT_EQ(PreviewRenderFlags(), (std::array<int, 4>{U, U, U, last})) << '"' << value << '"';
+    }
 }
