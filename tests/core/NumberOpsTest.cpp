@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "core/NumberOps.h"
+#include "core/Shading.h"
 #include "core/myOps.h"
 
 TEST(Rounding, RoundDownIsTheCeilingMinusOneAndFactorsStepHalfAStepWithTheRestToEven) {
@@ -35,4 +36,21 @@ TEST(RandomBetween, StaysInItsRangeAndRepeatsWithTheSameSeed) {
     for (int i = 0; i < 200; ++i) whole.insert(RandomBetween(0, 3, true));
     EXPECT_EQ(whole, (std::set<double>{0, 1, 2, 3}));
     EXPECT_THROW(RandomBetween(40000, 40001, true), std::overflow_error);
+}
+
+// One rule for the 3DS import, the Stadium Importer and the lighting wizard: greys from 240 at
+// the origin to 30 at the farthest vertex, rounded to even; unshaded is one flat colour.
+TEST(ShadeByDistance, GreysFrom240AtTheOriginTo30AtTheFarthestOrFlat) {
+    const auto shades = [](std::vector<OIFVertex> v, bool shade) {
+        ShadeByDistance(v, shade);
+        std::vector<std::uint32_t> out;
+        for (const OIFVertex& x : v) out.push_back(x.Shadow);
+        return out;
+    };
+    const auto grey = [](std::uint32_t g) { return 0xFF000000u + g * 0x010101u; };
+    const std::vector<OIFVertex> v = {
+        {0, 0, 0, 0, 0, 0}, {3, 4, 0, 0, 0, 0}, {0, 0, -10, 0, 0, 0}, {0, 0, 2.5f, 0, 0, 0}};
+    EXPECT_EQ(shades(v, true), (std::vector<std::uint32_t>{grey(240), grey(135), grey(30), grey(188)}));
+    EXPECT_EQ(shades({OIFVertex{}}, true), std::vector<std::uint32_t>{grey(240)}) << "a lone vertex at the origin";
+    EXPECT_EQ(shades(v, false), std::vector<std::uint32_t>(4, 0x006E6E6Eu));
 }

@@ -133,20 +133,6 @@ TEST(ImporterPart, TakesFourCharactersOfTheTextureNameBlankPadded) {
 
 std::uint32_t Grey(std::uint32_t g) { return 0xFF000000u + g * 0x010101u; }
 
-TEST(ImporterOptimise, ShadesByDistanceFromTheOriginOrFlat) {
-    ImportMesh work;
-    work.WorkVertices = {Place(0, 0, 0), Place(3, 4, 0), Place(0, 0, -10), Place(0, 0, 2.5f)};
-    EXPECT_EQ(OptimiseImportMesh(work, Plain(1)).OptVertices[0].Shadow, Grey(240));
-    const std::vector<OIFVertex> shaded = OptimiseImportMesh(work, Plain(1)).OptVertices;
-    EXPECT_EQ(shaded[1].Shadow, Grey(135));
-    EXPECT_EQ(shaded[2].Shadow, Grey(30));
-    EXPECT_EQ(shaded[3].Shadow, Grey(188));  // 187.5 rounds to even
-    EXPECT_EQ(OptimiseImportMesh(work, Plain(0)).OptVertices[2].Shadow, 0x006E6E6Eu);
-    ImportMesh centre;
-    centre.WorkVertices = {Place(0, 0, 0)};
-    EXPECT_EQ(OptimiseImportMesh(centre, Plain(1)).OptVertices[0].Shadow, Grey(240));
-}
-
 TEST(ImporterOptimise, MergesInABoxInOrderAndKeepsTheShadeAndUVs) {
     ImportMesh work;
     // 1 is near 0 on every axis, where a sphere would not take it, and moves onto 0. 2 was near
