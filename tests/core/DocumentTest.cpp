@@ -34,24 +34,6 @@ TEST(FixedText, PadsShortTextWithBlanksAndCutsLongText) {
     EXPECT_EQ(name.str(), exact28);
 }
 
-TEST(Document, AddPartAppendsAndCountsWithoutTouchingTheOriginal) {
-    const OIFFile empty = NewOIFFile();
-    OIFPart a = MakePartFromQuads(Quads(1));
-    a.Header.Name = "Stand";
-    OIFFile one = AddPart(a, empty);
-    EXPECT_EQ(one.Header.PartCount, 1);
-    ASSERT_EQ(one.Parts.size(), 1u);
-    EXPECT_TRUE(empty.Parts.empty());
-    // Names are not keys: two parts of one name stay two parts, in order.
-    OIFPart b = a;
-    b.Header.Texture = "cr01";
-    OIFFile two = AddPart(b, one);
-    EXPECT_EQ(two.Header.PartCount, 2);
-    EXPECT_EQ(two.Parts[0].Header.Texture.str(), "ad01");
-    EXPECT_EQ(two.Parts[1].Header.Texture.str(), "cr01");
-    EXPECT_EQ(two.Parts[0].Header.Name, two.Parts[1].Header.Name);
-}
-
 TEST(MakePartFromQuads, EachQuadIsAStripInSecondFirstThirdFourthOrderJoinedByRepeatedIndices) {
     const std::pair<int, std::vector<std::int16_t>> cases[] = {{0, {}},
                                                                {1, {0, 1, 2, 3}},
@@ -83,18 +65,6 @@ TEST(ConcatParts, BridgesTwoStripsWithDegenerateTrianglesButNotAfterAnEmptyPart)
     EXPECT_EQ(r.Indices, Strip({0, 1, 2, 3}));
     EXPECT_EQ(r.Header.Name.str().substr(0, 5), "Crowd");
     EXPECT_EQ(r.Header.VertexCount, 4);
-}
-
-TEST(PolygonList, AppendingKeepsOrderAndCount) {
-    PolygonList list = NewPolygonList();
-    EXPECT_EQ(list.Count, 0);
-    PolygonPart second = Quads(2);
-    second.Texture = "bn01";
-    list = AddPolygonPart(second, AddPolygonPart(Quads(1), list));
-    EXPECT_EQ(list.Count, 2);
-    ASSERT_EQ(list.Items.size(), 2u);
-    EXPECT_EQ(list.Items[1].Texture.str(), "bn01");
-    EXPECT_EQ(list.Items[1].Count, 2);
 }
 
 TEST(RemoveParts, KeepsTheUnflaggedPartsInTheirOrder) {

@@ -77,9 +77,3 @@ TEST(LeadingNumber, TakesTheNumberAtTheStartAndIgnoresTheRest) {
                                                     {".", 0},        {"1 ", 1}};
     for (const auto& [text, number] : cases) EXPECT_EQ(LeadingNumber(text), number) << '"' << text << '"';
 }
-
-TEST(NumberText, TextAndNumberMeetInTheMiddle) {
-    // What a text box shows after it is written and read again.
-    for (float f : {260.0f, 150.0f, -1.57f, 0.74f, 1234.568f, 3e-5f})
-        EXPECT_EQ(static_cast<float>(LeadingNumber(SingleText(f))), f) << SingleText(f);
-}

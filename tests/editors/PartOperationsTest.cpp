@@ -31,11 +31,6 @@ OIFFile Doc(std::vector<OIFPart> parts) {
     return d;
 }
 
-std::string Name(const OIFPart& p) {
-    std::string n = p.Header.Name.str();
-    return n.substr(0, n.find_last_not_of(' ') + 1);
-}
-
 // Pairwise merging in document order, as the rule is written: the reference for the fast merge.
 void MergeByTheRule(OIFFile& doc, bool crowdOnly) {
     std::size_t i = 0;
@@ -58,15 +53,6 @@ void MergeByTheRule(OIFFile& doc, bool crowdOnly) {
 }
 
 }  // namespace
-
-TEST(MergeSameTexture, ThreePartsOfOneTextureBecomeOneAtTheFirstPlace) {
-    OIFFile d =
-        Doc({Part("a", "tp00", 4, {0, 1, 2, 3}), Part("b", "tp00", 3, {0, 1, 2}), Part("c", "tp00", 4, {0, 1, 2, 3})});
-    MergeSameTexture(d, false);
-    ASSERT_EQ(d.Header.PartCount, 1);
-    EXPECT_EQ(Name(d.Parts[0]), "a");
-    EXPECT_EQ(d.Parts[0].Indices, (std::vector<std::int16_t>{0, 1, 2, 3, 3, 4, 4, 5, 6, 6, 7, 7, 8, 9, 10}));
-}
 
 // Textures that differ only in case, crowd rows and others, and empty or one-part documents.
 TEST(MergeSameTexture, GivesWhatPairwiseMergingGivesOnRandomDocuments) {

@@ -35,15 +35,15 @@ TEST(Read3DS, ReadsMeshesMaterialsAndStepsOverWhatItDoesNotUse) {
                                          Chunk(0xB000, {Chunk(0xB00A, {I32(5)})})});
     const Model3DS m = Parsed(file);
     ASSERT_EQ(m.meshes.size(), 1u);
-    const Mesh3DS& mesh = m.meshes[0];
-    EXPECT_EQ(mesh.name, "Stand");
-    EXPECT_EQ(mesh.vertexCount, 4);
-    EXPECT_EQ(mesh.vertices[2], (Vertex3DS{1, 2, 0}));
-    EXPECT_EQ(mesh.texVertCount, 4);
-    EXPECT_EQ(mesh.texVerts[3], (TexVert3DS{0, 1}));
-    ASSERT_EQ(mesh.faceCount, 2);
-    EXPECT_EQ(mesh.faces[1], (Face3DS{0, 2, 3, 7}));
-    EXPECT_EQ(mesh.materialName, "Seats");
+    EXPECT_EQ(m.meshes[0], (Mesh3DS{"Stand",
+                                    4,
+                                    2,
+                                    4,
+                                    {{0, 0, 0}, {1, 0, 0}, {1, 2, 0}, {0, 2, 0}},
+                                    {{0, 1, 2, 7}, {0, 2, 3, 7}},
+                                    {{0, 0}, {1, 0}, {1, 1}, {0, 1}},
+                                    {},
+                                    "Seats"}));
     ASSERT_EQ(m.materials.size(), 1u);
     EXPECT_EQ(Material3DSTexture(m, "Seats"), "SEATS.BMP");
     EXPECT_EQ(Material3DSTexture(m, "seats"), "") << "names match exactly";

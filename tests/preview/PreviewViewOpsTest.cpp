@@ -147,30 +147,21 @@ TEST(Layout, TwipsRoundToTheNearestPixelWithTiesToEven) {
         EXPECT_EQ(PixelsFromTwips(twips), pixels) << twips;
 }
 
-TEST(Layout, FourWindowsInTwoRowsRightOfTheListStrip) {
+// 600 x 400 pixels are 9000 x 6000 twips; 6885 twips are 459 pixels on a 1024 x 768 screen.
+TEST(Layout, WindowsAndViewersFromTheirTwipSizes) {
     const auto layout = PreviewWindowLayout();
-    EXPECT_EQ(layout[ViewTop], (PixelRect{123, 0, 448, 317}));
-    EXPECT_EQ(layout[ViewPerspective], (PixelRect{571, 0, 448, 317})) << "8565 twips";
-    EXPECT_EQ(layout[ViewBack], (PixelRect{123, 317, 448, 317}));
-    EXPECT_EQ(layout[ViewRight], (PixelRect{571, 317, 448, 317}));
-}
-
-TEST(Layout, TheViewerFillsTheWindowBelowTheStripLessItsMargins) {
-    // 600 x 400 pixels are 9000 x 6000 twips: 8900 wide, down to 5950.
-    EXPECT_EQ(CortonaViewerControlRect(600, 400, 20), (PixelRect{0, 20, 593, 377}));
-    EXPECT_EQ(CortonaViewerControlRect(3, 3, 20), (PixelRect{0, 20, 0, 0})) << "never negative";
-}
-
-TEST(Layout, StadiumPreviewViewerIsTheWindowLess150By390Twips) {
-    EXPECT_EQ(StadiumPreviewControlRect(600, 400), (PixelRect{0, 0, 590, 374}));
-    EXPECT_EQ(StadiumPreviewControlRect(5, 5), (PixelRect{0, 0, 0, 0}));
-}
-
-TEST(Layout, ShowvrmlScalesTheWindowWithTheScreen) {
-    // 6885 twips are 459 pixels on a 1024 x 768 screen.
-    EXPECT_EQ(StadiumPreviewPlacement(1024, 768, 1024), (PixelRect{565, 0, 459, 459}));
-    EXPECT_EQ(StadiumPreviewPlacement(2048, 768, 1000), (PixelRect{82, 0, 918, 459}));
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Left, 0) << "never left of the main window";
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Width, 574);   // 8606.25 twips
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Height, 612);  // 9180 twips
+    const std::pair<PixelRect, PixelRect> cases[] = {
+        {layout[ViewTop], {123, 0, 448, 317}},
+        {layout[ViewPerspective], {571, 0, 448, 317}},  // 8565 twips
+        {layout[ViewBack], {123, 317, 448, 317}},
+        {layout[ViewRight], {571, 317, 448, 317}},
+        {CortonaViewerControlRect(600, 400, 20), {0, 20, 593, 377}},  // 8900 wide, down to 5950
+        {CortonaViewerControlRect(3, 3, 20), {0, 20, 0, 0}},          // never negative
+        {StadiumPreviewControlRect(600, 400), {0, 0, 590, 374}},      // less 150 by 390 twips
+        {StadiumPreviewControlRect(5, 5), {0, 0, 0, 0}},
+        {StadiumPreviewPlacement(1024, 768, 1024), {565, 0, 459, 459}},
+        {StadiumPreviewPlacement(2048, 768, 1000), {82, 0, 918, 459}},
+        {StadiumPreviewPlacement(1280, 1024, 300), {0, 0, 574, 612}},  // never left of the main window
+    };
+    for (const auto& [got, want] : cases) EXPECT_EQ(got, want) << want.Left << " " << want.Top << " " << want.Width;
 }
