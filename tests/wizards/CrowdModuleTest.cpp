@@ -7,6 +7,7 @@
 
 #include "core/DrawnTriangles.h"
 #include "core/ProgramState.h"
+#include "core/TestData.h"
 #include "core/Views.h"
 #include "core/myOps.h"
 #include "shell/IniOps.h"
@@ -180,9 +181,8 @@ TEST_F(Crowds, BuildTakesOneGroupRowsAndOnlyRowbIsAway) {
 }
 
 TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
-    const std::string rav =
-        "Version=1\r\nNumPoly=1\r\n[P0]\r\nName=\r\nNumVert=4\r\n  0,0,0,0,1,102030\r\n  520,0,0,1,1,102030\r\n"
-        "  520,100,0,1,0,102030\r\n  0,100,0,0,0,102030\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=0\r\nIndices=\r\n";
+    // One row of colour 102030 in group rowb, 5.2 wide and 1 high.
+    const std::string rav = TestData("rav/crowd_row.rav");
     desktop.dialogAnswers = {Put("rows.txt", Bytes().raw(rav).data)};
     desktop.answers = {MessageAnswer::Yes};
     WriteConfig("Import", "CrowdHeight", "260");
