@@ -31,54 +31,44 @@ TEST(BinaryNumbers, AreLittleEndianAndSigned) {
 }
 
 TEST(GetText, StopsAtNulAtCountOrAtTheEndAndCountsDown) {
-    const ByteBuffer b{'a', 'b', 0, 'c', 'd', 'e'};
-    int count = 4;
-    EXPECT_EQ(GetText(b, 0, count), "ab");
-    EXPECT_EQ(count, 2);
-    count = 2;
-    EXPECT_EQ(GetText(b, 3, count), "cd");
-    EXPECT_EQ(count, 0);
-    count = 10;
-    EXPECT_EQ(GetText(b, 3, count), "cde");  // end of the buffer
-    EXPECT_EQ(count, 7);
-    count = 5;
-    EXPECT_EQ(GetText(b, 2, count), "");  // NUL at the first position: empty
-    count = 5;
-    EXPECT_EQ(GetText(b, 6, count), "");  // position past the end
+    struct Case {
+        std::string bytes;
+        int at, count;
+        const char* text;
+        int left;
+    };
+    const Case cases[] = {{std::string("ab\0cde", 6), 0, 4, "ab", 2},
+                          {std::string("ab\0cde", 6), 3, 2, "cd", 0},
+                          {std::string("ab\0cde", 6), 3, 10, "cde", 7},  // the end of the buffer
+                          {std::string("ab\0cde", 6), 2, 5, "", -1},     // NUL at the first position
+                          {std::string("ab\0cde", 6), 6, 5, "", -1},     // past the end
+                          {"wxyz", 0, 0, "wxy", -1},                     // count 0: up to the last byte's index, 3
+                          {"", 0, 0, "", -1}};
+    for (const Case& c : cases) {
+        int count = c.count;
+        EXPECT_EQ(GetText(ByteBuffer(c.bytes.begin(), c.bytes.end()), c.at, count), c.text) << c.at << " " << c.count;
+        if (c.left >= 0) { EXPECT_EQ(count, c.left); }
+    }
 }
 
-TEST(GetText, CountZeroMeansUpToTheLastByteIndex) {
-    const ByteBuffer b{'w', 'x', 'y', 'z'};
-    int count = 0;
-    // The last byte's index is 3, so three characters are read.
-    EXPECT_EQ(GetText(b, 0, count), "wxy");
-    const ByteBuffer empty;
-    count = 0;
-    EXPECT_EQ(GetText(empty, 0, count), "");
-}
-
-TEST(PutText, WritesTextThenOneNulThenBlanks) {
-    ByteBuffer b(8, 0xAA);
-    std::string text = "abc";
-    PutText(b, 1, text, 6);
-    EXPECT_EQ(b, (ByteBuffer{0xAA, 'a', 'b', 'c', 0, ' ', ' ', 0xAA}));
-    EXPECT_TRUE(text.empty()) << "the text argument is consumed";
-}
-
-TEST(PutText, CutsTextThatIsTooLongAndWritesNoNulWhenItFits) {
-    ByteBuffer b(4, 0xAA);
-    std::string text = "abcdef";
-    PutText(b, 0, text, 4);
-    EXPECT_EQ(b, (ByteBuffer{'a', 'b', 'c', 'd'}));
-    EXPECT_TRUE(text.empty());
-    ByteBuffer exact(3, 0xAA);
-    std::string three = "xyz";
-    PutText(exact, 0, three, 3);
-    EXPECT_EQ(exact, (ByteBuffer{'x', 'y', 'z'}));
-    ByteBuffer blank(3, 0xAA);
-    std::string none;
-    PutText(blank, 0, none, 3);
-    EXPECT_EQ(blank, (ByteBuffer{0, ' ', ' '}));
+TEST(PutText, WritesTextThenOneNulThenBlanksCutsLongTextAndConsumesIt) {
+    struct Case {
+        std::size_t size;
+        int at;
+        std::string text;
+        int n;
+        ByteBuffer want;
+    };
+    const Case cases[] = {{8, 1, "abc", 6, {0xAA, 'a', 'b', 'c', 0, ' ', ' ', 0xAA}},
+                          {4, 0, "abcdef", 4, {'a', 'b', 'c', 'd'}},
+                          {3, 0, "xyz", 3, {'x', 'y', 'z'}},  // no NUL when it just fits
+                          {3, 0, "", 3, {0, ' ', ' '}}};
+    for (Case c : cases) {
+        ByteBuffer b(c.size, 0xAA);
+        PutText(b, c.at, c.text, c.n);
+        EXPECT_EQ(b, c.want);
+        EXPECT_TRUE(c.text.empty()) << "the text argument is consumed";
+    }
 }
 
 TEST(UnsignedConversions, FollowTheirOverflowRules) {
@@ -95,39 +85,41 @@ TEST(UnsignedConversions, FollowTheirOverflowRules) {
         EXPECT_EQ(LongFromUnsigned(UnsignedFromLong(v)), v);
 }
 
-TEST(WriteBytesFile, CreatesAndReplacesWholeFiles) {
+namespace {
+int FilesIn(const std::string& dir) {
+    int files = 0;
+    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir)) ++files;
+    return files;
+}
+}  // namespace
+
+TEST(WriteBytesFile, ReplacesWholeFilesKeepingTheirModeAndLeavesNoTemporaryFile) {
     ScratchFolder dir;
     const std::string path = dir.file("out.oif");
-    WriteBytesFile(ByteBuffer{1, 2, 3, 4, 5}, path);
-    EXPECT_EQ(ReadFile(path), (std::vector<std::uint8_t>{1, 2, 3, 4, 5}));
-    WriteBytesFile(ByteBuffer{9}, path);
-    EXPECT_EQ(ReadFile(path), (std::vector<std::uint8_t>{9}));
-    WriteBytesFile(ByteBuffer{}, path);
-    EXPECT_TRUE(ReadFile(path).empty());
-    // No temporary file is left behind.
-    int files = 0;
-    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 1);
-}
-
-TEST(WriteBytesFile, KeepsTheModeOfTheFileItReplaces) {
-    ScratchFolder dir;
-    const std::string path = dir.file("kept.oif");
-    WriteFile(path, {7});
-    ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
-    WriteBytesFile(ByteBuffer{8}, path);
+    for (const ByteBuffer& bytes : {ByteBuffer{1, 2, 3, 4, 5}, ByteBuffer{9}, ByteBuffer{}}) {
+        WriteBytesFile(bytes, path);
+        EXPECT_EQ(ReadFile(path), bytes);
+        ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+    }
     struct stat st {};
     ASSERT_EQ(::stat(path.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0600u);
+    EXPECT_EQ(FilesIn(dir.path()), 1);
 }
 
 TEST(WriteBytesFile, FailureLeavesTheOldFileAndSaysWhy) {
     ScratchFolder dir;
-    const std::string missingFolder = dir.file("no/such/folder/x.oif");
     try {
-        WriteBytesFile(ByteBuffer{1}, missingFolder);
+        WriteBytesFile(ByteBuffer{1}, dir.file("no/such/folder/x.oif"));
         FAIL() << "writing into a missing folder must fail";
     } catch (const std::runtime_error& e) { EXPECT_NE(std::string(e.what()).find("x.oif"), std::string::npos); }
+    // A folder in the file's place cannot be replaced.
+    const std::string folderTarget = dir.file("stadium.oif");
+    std::filesystem::create_directory(folderTarget);
+    WriteFile(folderTarget + "/inside", {5});
+    EXPECT_THROW(WriteBytesFile(ByteBuffer{1, 2}, folderTarget), std::runtime_error);
+    EXPECT_EQ(ReadFile(folderTarget + "/inside"), (std::vector<std::uint8_t>{5}));
+    EXPECT_EQ(FilesIn(dir.path()), 1) << "the temporary file is removed after a failure";
     if (::geteuid() == 0) GTEST_SKIP() << "root may write into read-only folders";
     const std::string path = dir.file("locked.oif");
     WriteFile(path, {1, 2, 3});
@@ -157,20 +149,5 @@ TEST(WriteBytesFile, AFullDiskLeavesTheOldFileByteForByte) {
     std::signal(SIGXFSZ, previousHandler);
     EXPECT_NE(error.find("The file was not changed."), std::string::npos) << error;
     EXPECT_EQ(ReadFile(path), old);
-    int files = 0;
-    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 1) << "the half-written temporary file is gone";
-}
-
-TEST(WriteBytesFile, ATargetThatCannotBeReplacedStaysAsItWas) {
-    ScratchFolder dir;
-    const std::string folderTarget = dir.file("stadium.oif");
-    std::filesystem::create_directory(folderTarget);
-    WriteFile(folderTarget + "/inside", {5});
-    EXPECT_THROW(WriteBytesFile(ByteBuffer{1, 2}, folderTarget), std::runtime_error);
-    EXPECT_TRUE(std::filesystem::is_directory(folderTarget));
-    EXPECT_EQ(ReadFile(folderTarget + "/inside"), (std::vector<std::uint8_t>{5}));
-    int files = 0;
-    for ([[maybe_unused]] auto& e : std::filesystem::directory_iterator(dir.path())) ++files;
-    EXPECT_EQ(files, 1) << "the temporary file is removed after a failure";
+    EXPECT_EQ(FilesIn(dir.path()), 1) << "the half-written temporary file is gone";
 }

@@ -8,35 +8,28 @@
 
 #include "core/NumberText.h"
 
-TEST(SingleText, MatchesTheWrittenExamples) {
-    EXPECT_EQ(SingleText(30000), "30000");
-    EXPECT_EQ(SingleText(-1.57f), "-1.57");
-    EXPECT_EQ(SingleText(0.74f), "0.74");
-    EXPECT_EQ(SingleText(1234.5678f), "1234.568");
-    EXPECT_EQ(SingleText(10000000), "1E+07");
-    EXPECT_EQ(SingleText(9999999), "9999999");
-    EXPECT_EQ(SingleText(0), "0");
-    EXPECT_EQ(SingleText(-0.0f), "0");
-    EXPECT_EQ(SingleText(-15000), "-15000");
-    EXPECT_EQ(SingleText(0.5f), "0.5");
-    EXPECT_EQ(SingleText(100), "100");
-    EXPECT_EQ(SingleText(123456789.0f), "1.234568E+08");
-    EXPECT_EQ(SingleText(0.1f), "0.1");  // 7 digits hide the float's binary tail
-}
-
-TEST(DoubleText, MatchesTheWrittenExamples) {
-    EXPECT_EQ(DoubleText(90 * 3.14159265358979 / 180), "1.5707963267949");
-    EXPECT_EQ(DoubleText(128 / 255.0), "0.501960784313725");
-    EXPECT_EQ(DoubleText(0), "0");
-    EXPECT_EQ(DoubleText(1), "1");
-    EXPECT_EQ(DoubleText(1e15), "1E+15");
-    EXPECT_EQ(DoubleText(-2.5), "-2.5");
-}
-
-TEST(IndexText, PrintsSixteenBitIndicesSigned) {
-    EXPECT_EQ(IndexText(static_cast<std::int16_t>(65535)), "-1");
-    EXPECT_EQ(IndexText(32767), "32767");
-    EXPECT_EQ(IndexText(0), "0");
+TEST(NumberTexts, MatchTheWrittenExamples) {
+    // Seven digits hide a float's binary tail (0.1); an exponent from 1E+07 on.
+    const std::pair<float, const char*> singles[] = {
+        {30000, "30000"},   {-1.57f, "-1.57"},    {0.74f, "0.74"}, {1234.5678f, "1234.568"},
+        {1e7f, "1E+07"},    {9999999, "9999999"}, {0, "0"},        {-0.0f, "0"},
+        {-15000, "-15000"}, {0.5f, "0.5"},        {100, "100"},    {123456789.0f, "1.234568E+08"},
+        {0.1f, "0.1"}};
+    for (const auto& [f, text] : singles) EXPECT_EQ(SingleText(f), text);
+    const std::pair<double, const char*> doubles[] = {{90 * 3.14159265358979 / 180, "1.5707963267949"},
+                                                      {128 / 255.0, "0.501960784313725"},
+                                                      {0, "0"},
+                                                      {1, "1"},
+                                                      {1e15, "1E+15"},
+                                                      {-2.5, "-2.5"}};
+    for (const auto& [d, text] : doubles) EXPECT_EQ(DoubleText(d), text);
+    for (const auto& [i, text] :
+         {std::pair<std::int16_t, const char*>{static_cast<std::int16_t>(65535), "-1"}, {32767, "32767"}, {0, "0"}})
+        EXPECT_EQ(IndexText(i), text);
+    const std::pair<float, const char*> shortest[] = {
+        {0.1f, "0.1"},   {1.0f / 3, "0.33333334"}, {16777216.0f, "16777216"},
+        {100.0f, "100"}, {1e7f, "1e+07"},          {-2.5f, "-2.5"}};
+    for (const auto& [f, text] : shortest) EXPECT_EQ(ShortestSingleText(f), text);
 }
 
 TEST(SingleText, ReadsBackToTheValueRoundedToSevenDigits) {
@@ -65,12 +58,6 @@ TEST(SingleText, ReadsBackToTheValueRoundedToSevenDigits) {
 }
 
 TEST(ShortestSingleText, IsTheShortestTextThatReadsBackExactly) {
-    EXPECT_EQ(ShortestSingleText(0.1f), "0.1");
-    EXPECT_EQ(ShortestSingleText(1.0f / 3), "0.33333334");
-    EXPECT_EQ(ShortestSingleText(16777216.0f), "16777216");
-    EXPECT_EQ(ShortestSingleText(100.0f), "100");
-    EXPECT_EQ(ShortestSingleText(1e7f), "1e+07");
-    EXPECT_EQ(ShortestSingleText(-2.5f), "-2.5");
     std::mt19937 rng(11);
     std::uniform_int_distribution<std::uint32_t> bits;
     for (int i = 0; i < 50000; ++i) {
@@ -84,24 +71,9 @@ TEST(ShortestSingleText, IsTheShortestTextThatReadsBackExactly) {
 }
 
 TEST(LeadingNumber, TakesTheNumberAtTheStartAndIgnoresTheRest) {
-    EXPECT_EQ(LeadingNumber("150.00"), 150);
-    EXPECT_EQ(LeadingNumber("150abc"), 150);
-    EXPECT_EQ(LeadingNumber("  -2.5 m"), -2.5);
-    EXPECT_EQ(LeadingNumber("+7"), 7);
-    EXPECT_EQ(LeadingNumber(".5"), 0.5);
-    EXPECT_EQ(LeadingNumber("1.2.3"), 1.2);
-    EXPECT_EQ(LeadingNumber("2e3"), 2000);
-    EXPECT_EQ(LeadingNumber("2e"), 2);
-    EXPECT_EQ(LeadingNumber("2E-1x"), 0.2);
-    EXPECT_EQ(LeadingNumber(""), 0);
-    EXPECT_EQ(LeadingNumber("abc"), 0);
-    EXPECT_EQ(LeadingNumber("-"), 0);
-    EXPECT_EQ(LeadingNumber("."), 0);
-    EXPECT_EQ(LeadingNumber("1 "), 1);
-}
-
-TEST(NumberText, TextAndNumberMeetInTheMiddle) {
-    // What a text box shows after it is written and read again.
-    for (float f : {260.0f, 150.0f, -1.57f, 0.74f, 1234.568f, 3e-5f})
-        EXPECT_EQ(static_cast<float>(LeadingNumber(SingleText(f))), f) << SingleText(f);
+    const std::pair<const char*, double> cases[] = {{"150.00", 150}, {"150abc", 150}, {"  -2.5 m", -2.5}, {"+7", 7},
+                                                    {".5", 0.5},     {"1.2.3", 1.2},  {"2e3", 2000},      {"2e", 2},
+                                                    {"2E-1x", 0.2},  {"", 0},         {"abc", 0},         {"-", 0},
+                                                    {".", 0},        {"1 ", 1}};
+    for (const auto& [text, number] : cases) EXPECT_EQ(LeadingNumber(text), number) << '"' << text << '"';
 }

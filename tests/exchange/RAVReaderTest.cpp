@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "core/TestData.h"
 #include "exchange/RAVOps.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
@@ -19,34 +20,7 @@ std::string Lines(const std::vector<std::string>& lines) {
 // Two polygons with the quirks the reader must take: indented vertex lines, a seventh vertex
 // field, a name holding an equals sign, lower-case colour digits, a fractional count, an LF line
 // end among CR LF ones, and lines after the last polygon.
-std::string GoodRAV() {
-    std::string text = Lines({"Version=2",
-                              "Polygons=2",
-                              "[Polygon 0]",
-                              "Name=Stand=North",
-                              "Vertices=3",
-                              "  100,-50.5,0,0.25,1,FF",
-                              "  1e3,3.4028235e38,3,0,0,abcdef,extra",
-                              "7,8,9,1,0,123456",
-                              "Groups=2",
-                              "Group=rowa",
-                              "Count=4",
-                              "List=0,1,2,1",
-                              "Group=",
-                              "Count=0",
-                              "List=",
-                              "[Polygon 1]",
-                              "Name=",
-                              "Vertices=0",
-                              "Groups=1",
-                              "Group=adba",
-                              "Count=2.5",
-                              "List=2,-1,7",
-                              "[tail]",
-                              "not looked at"});
-    text.replace(text.find("Groups=2\r\n") + 8, 2, "\n");
-    return text;
-}
+std::string GoodRAV() { return TestData("rav/good.rav"); }
 
 std::string PointRow(const std::string& location) { return "\"Point\",\"point\",\"" + location + "\",\"Default\""; }
 
@@ -55,25 +29,18 @@ std::string PointRow(const std::string& location) { return "\"Point\",\"point\",
 TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
     const RAVParse p = ParseRAV(GoodRAV());
     ASSERT_EQ(p.error, "");
-    EXPECT_EQ(p.file.version, 2);
-    ASSERT_EQ(p.file.polygons.size(), 2u);
-    const RAVPolygon& a = p.file.polygons[0];
-    EXPECT_EQ(a.name, "Stand=North") << "the value starts after the first equals sign";
-    ASSERT_EQ(a.vertices.size(), 3u);
-    EXPECT_EQ(a.vertices[0], (OIFVertex{100, -50.5f, 0, 0x0000FFFFu, 0.25f, 1}));
-    EXPECT_EQ(a.vertices[1], (OIFVertex{1000, FLT_MAX, 3, 0x000000FFu, 0, 0}))
-        << "abcdef is 0; the seventh field is ignored; the shortest text of the largest single value reads as it";
-    EXPECT_EQ(a.vertices[2].Shadow, 0x123456FFu);
-    ASSERT_EQ(a.groups.size(), 2u);
-    EXPECT_EQ(a.groups[0].name, "rowa");
-    EXPECT_EQ(a.groups[0].indices, (std::vector<std::int16_t>{0, 1, 2, 1}));
-    EXPECT_TRUE(a.groups[1].indices.empty());
-    const RAVPolygon& b = p.file.polygons[1];
-    EXPECT_TRUE(b.vertices.empty());
-    ASSERT_EQ(b.groups.size(), 1u);
-    EXPECT_EQ(b.groups[0].indexCount, 2) << "2.5 rounds to even";
-    EXPECT_EQ(b.groups[0].indices, (std::vector<std::int16_t>{2, -1}));
-
+    // The name's value starts after the first equals sign; abcdef is 0; the seventh field is
+    // ignored; the shortest text of the largest single value reads as it; 2.5 rounds to even.
+    const RAVFile want{
+        2,
+        2,
+        {{"Stand=North",
+          3,
+          2,
+          {{100, -50.5f, 0, 0x0000FFFFu, 0.25f, 1}, {1000, FLT_MAX, 3, 0xFFu, 0, 0}, {7, 8, 9, 0x123456FFu, 1, 0}},
+          {{"rowa", 4, {0, 1, 2, 1}, 0}, {"", 0, {}, 0}}},
+         {"", 0, 1, {}, {{"adba", 2, {2, -1}, 0}}}}};
+    EXPECT_EQ(p.file, want);
     for (const char* count : {"0", "-3", "nothing"}) {
         const RAVParse none = ParseRAV(Lines({"Version=1", std::string("Polygons=") + count, "garbage"}));
         EXPECT_TRUE(none.error.empty() && none.file.polygons.empty()) << count << ": the rest is not looked at";
@@ -81,12 +48,14 @@ TEST(ReadRAV, ReadsPolygonsVerticesAndGroupsWithTheLenientNumberRule) {
 }
 
 TEST(HexToLong, ReadsCapitalDigitsFromTheRightAndRefusesOverflow) {
-    EXPECT_EQ(HexToLong("FF"), 255);
-    EXPECT_EQ(HexToLong("abcdef"), 0);
-    EXPECT_EQ(HexToLong("1a"), 16) << "a lower-case letter counts 0 in its place";
-    EXPECT_EQ(HexToLong("0000000000FF"), 255) << "zeros far to the left add nothing";
-    EXPECT_EQ(HexToLong("7FFFFFFF"), 0x7FFFFFFF);
-    EXPECT_EQ(HexToLong("80000000"), std::nullopt);
+    // A lower-case letter counts 0 in its place; zeros far to the left add nothing.
+    const std::pair<const char*, std::optional<std::int32_t>> cases[] = {{"FF", 255},
+                                                                         {"abcdef", 0},
+                                                                         {"1a", 16},
+                                                                         {"0000000000FF", 255},
+                                                                         {"7FFFFFFF", 0x7FFFFFFF},
+                                                                         {"80000000", std::nullopt}};
+    for (const auto& [text, value] : cases) EXPECT_EQ(HexToLong(text), value) << text;
 }
 
 TEST(ReadRAV, RefusesWhatWouldReadPastTheFileOrOverflow) {

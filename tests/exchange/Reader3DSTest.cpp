@@ -5,8 +5,10 @@
 #include <random>
 #include <set>
 
+#include "core/DrawnTriangles.h"
 #include "exchange/mdl3DS.h"
 #include "support/Chunks3DS.h"
+#include "support/TestFiles.h"
 
 using namespace chunks3ds;
 
@@ -24,31 +26,6 @@ Model3DS Parsed(const Bytes3DS& bytes) {
     return p.model;
 }
 
-std::string Refusal(const Bytes3DS& bytes) {
-    const Parse3DS p = Parse3DSBytes(bytes);
-    EXPECT_EQ(p.model, Model3DS{}) << "a refused file must leave no tables";
-    return p.error;
-}
-
-void SetLength(Bytes3DS& b, std::size_t at, std::uint32_t length) {
-    for (int i = 0; i < 4; ++i) b[at + 2 + i] = static_cast<std::uint8_t>(length >> (8 * i));
-}
-
-// The triangles a strip stands for, each turned to start at its smallest index so that the
-// winding is kept but the start corner is not; degenerate joins left out.
-std::multiset<std::array<int, 3>> StripTriangles(const std::vector<std::int16_t>& strip) {
-    std::multiset<std::array<int, 3>> out;
-    for (std::size_t i = 2; i < strip.size(); ++i) {
-        std::array<int, 3> t{static_cast<std::uint16_t>(strip[i - 2]), static_cast<std::uint16_t>(strip[i - 1]),
-                             static_cast<std::uint16_t>(strip[i])};
-        if (i % 2 == 1) std::swap(t[0], t[1]);
-        if (t[0] == t[1] || t[1] == t[2] || t[0] == t[2]) continue;
-        while (t[0] > t[1] || t[0] > t[2]) t = {t[1], t[2], t[0]};
-        out.insert(t);
-    }
-    return out;
-}
-
 }  // namespace
 
 TEST(Read3DS, ReadsMeshesMaterialsAndStepsOverWhatItDoesNotUse) {
@@ -58,15 +35,15 @@ TEST(Read3DS, ReadsMeshesMaterialsAndStepsOverWhatItDoesNotUse) {
                                          Chunk(0xB000, {Chunk(0xB00A, {I32(5)})})});
     const Model3DS m = Parsed(file);
     ASSERT_EQ(m.meshes.size(), 1u);
-    const Mesh3DS& mesh = m.meshes[0];
-    EXPECT_EQ(mesh.name, "Stand");
-    EXPECT_EQ(mesh.vertexCount, 4);
-    EXPECT_EQ(mesh.vertices[2], (Vertex3DS{1, 2, 0}));
-    EXPECT_EQ(mesh.texVertCount, 4);
-    EXPECT_EQ(mesh.texVerts[3], (TexVert3DS{0, 1}));
-    ASSERT_EQ(mesh.faceCount, 2);
-    EXPECT_EQ(mesh.faces[1], (Face3DS{0, 2, 3, 7}));
-    EXPECT_EQ(mesh.materialName, "Seats");
+    EXPECT_EQ(m.meshes[0], (Mesh3DS{"Stand",
+                                    4,
+                                    2,
+                                    4,
+                                    {{0, 0, 0}, {1, 0, 0}, {1, 2, 0}, {0, 2, 0}},
+                                    {{0, 1, 2, 7}, {0, 2, 3, 7}},
+                                    {{0, 0}, {1, 0}, {1, 1}, {0, 1}},
+                                    {},
+                                    "Seats"}));
     ASSERT_EQ(m.materials.size(), 1u);
     EXPECT_EQ(Material3DSTexture(m, "Seats"), "SEATS.BMP");
     EXPECT_EQ(Material3DSTexture(m, "seats"), "") << "names match exactly";
@@ -90,42 +67,10 @@ TEST(Read3DS, TracesEveryChunkThroughTheOneHook) {
          Chunk(0xB000, {Chunk(0xB00A)})});
     Parsed(file);
     SetLog3DSSink(before);
-    const std::vector<std::string> expected = {"PRIMARY",
-                                               "--VERSION",
-                                               "----Version = 3",
-                                               "--0x7",
-                                               "--EDIT3DS",
-                                               "----MESH_VERSION",
-                                               "------Version = 2",
-                                               "----0x100",
-                                               "----MATERIAL",
-                                               "------MAT_NAME",
-                                               "--------Name = M",
-                                               "------0xA010",
-                                               "------MAT_TEXMAP",
-                                               "--------MAT_TEXFLNM",
-                                               "----------Filename = m.bmp",
-                                               "--------0xA351",
-                                               "----NAMED_OBJECT",
-                                               "------Name = Obj",
-                                               "------0x4700",
-                                               "------OBJ_MESH",
-                                               "--------MESH_VERTICES",
-                                               "----------Loaded 3 vertices",
-                                               "--------MESH_TEX_VERT",
-                                               "----------Loaded 3 texture verts",
-                                               "--------MESH_XFMATRIX",
-                                               "--------MESH_COLOR_IND (nl)",
-                                               "--------0x4111",
-                                               "--------MESH_FACES",
-                                               "----------Loaded 1 faces",
-                                               "----------MESH_MATER",
-                                               "------------Name = M",
-                                               "----------MESH_SMOOTH (nl)",
-                                               "----------0x4190",
-                                               "--KEYF3DS",
-                                               "----0xB00A"};
-    EXPECT_EQ(trace, expected);
+    // The hand-worked trace: one line per chunk, indented by depth, with what each one loaded.
+    std::string expected;
+    for (const std::string& line : trace) expected += line + "\n";
+    EXPECT_EQ(expected, ReadText(std::string(TM_TEST_DATA) + "/3ds/trace.txt"));
 }
 
 TEST(Read3DS, LaterRecordsInheritWhatTheyLeaveOut) {
@@ -143,54 +88,45 @@ TEST(Read3DS, LaterRecordsInheritWhatTheyLeaveOut) {
     EXPECT_EQ(m.meshes[2].materialName, "Moss") << "the last face material names the material";
 }
 
-TEST(Read3DS, EmptyAndForeignFiles) {
-    for (const Bytes3DS& meshless : {Chunk(0x4D4D), File({Material("M", "m.bmp")})})
-        EXPECT_EQ(Refusal(meshless), "This 3ds file is damaged and was not loaded: it holds no mesh.");
-    EXPECT_EQ(Refusal(Chunk(0x3D3D, {Square("A", "M")})), Invalid3DSMessage);
-    EXPECT_EQ(Refusal({}), Invalid3DSMessage);
-    EXPECT_EQ(Refusal({0x4D, 0x4D, 6, 0}), Invalid3DSMessage);
-    // Padding too short for a header at the end of a chunk is not a chunk.
-    Bytes3DS padded = Chunk(0x4D4D, {Chunk(0x3D3D, {Square("A", "M")}), Bytes3DS{1, 2, 3}});
-    EXPECT_EQ(Parsed(padded).meshes.size(), 1u);
-}
-
-TEST(Read3DS, RefusesCountsAndLengthsThatRunPastTheirChunk) {
+TEST(Read3DS, RefusesDamagedFilesSayingWhere) {
     const Bytes3DS good = File({Square("A", "M")});
     // Where the chunks of the one object sit: primary 0, version 6, edit 16, object 22.
     const std::size_t object = 22, mesh = object + 6 + 2;
     const std::size_t vertices = mesh + 6, texVerts = vertices + 6 + 2 + 48, faces = texVerts + 6 + 2 + 32;
-
-    Bytes3DS longPrimary = good;
-    SetLength(longPrimary, 0, static_cast<std::uint32_t>(good.size() + 1));
-    EXPECT_NE(Refusal(longPrimary).find("runs past the end of the file"), std::string::npos);
-
-    Bytes3DS longChild = good;
-    SetLength(longChild, vertices, 200);
-    EXPECT_NE(Refusal(longChild).find("0x4110"), std::string::npos);
-
-    Bytes3DS tiny = good;
-    SetLength(tiny, texVerts, 3);
-    EXPECT_NE(Refusal(tiny).find("shorter than its own header"), std::string::npos);
-
-    Bytes3DS lyingCount = good;
-    lyingCount[vertices + 6] = 5;
-    EXPECT_NE(Refusal(lyingCount).find("too short for its vertices"), std::string::npos);
-
-    Bytes3DS noVertices = good;
-    noVertices[vertices + 6] = 0;
-    EXPECT_NE(Refusal(noVertices).find("gives 0 vertices"), std::string::npos);
-
-    Bytes3DS negativeFaces = good;
-    negativeFaces[faces + 7] = 0xFF;
-    EXPECT_NE(Refusal(negativeFaces).find("faces"), std::string::npos);
-
-    Bytes3DS faceBeyond = good;
-    faceBeyond[faces + 8] = 4;
-    EXPECT_NE(Refusal(faceBeyond).find("face on vertex 4 but only 4 vertices"), std::string::npos);
-
-    // A later mesh that inherits faces must still own the vertices they name.
-    EXPECT_NE(Refusal(File({Square("A", "M"), Object("B", {Vertices({{0, 0, 0}, {1, 1, 1}})})})).find("\"B\""),
-              std::string::npos);
+    const auto length = [&](std::size_t at, std::uint32_t n) {
+        Bytes3DS b = good;
+        for (int i = 0; i < 4; ++i) b[at + 2 + i] = static_cast<std::uint8_t>(n >> (8 * i));
+        return b;
+    };
+    const auto byte = [&](std::size_t at, std::uint8_t value) {
+        Bytes3DS b = good;
+        b[at] = value;
+        return b;
+    };
+    const std::string noMesh = "This 3ds file is damaged and was not loaded: it holds no mesh.";
+    const std::pair<Bytes3DS, std::string> cases[] = {
+        {Chunk(0x4D4D), noMesh},
+        {File({Material("M", "m.bmp")}), noMesh},
+        {Chunk(0x3D3D, {Square("A", "M")}), Invalid3DSMessage},
+        {{}, Invalid3DSMessage},
+        {{0x4D, 0x4D, 6, 0}, Invalid3DSMessage},
+        {length(0, static_cast<std::uint32_t>(good.size() + 1)), "runs past the end of the file"},
+        {length(vertices, 200), "0x4110"},
+        {length(texVerts, 3), "shorter than its own header"},
+        {byte(vertices + 6, 5), "too short for its vertices"},
+        {byte(vertices + 6, 0), "gives 0 vertices"},
+        {byte(faces + 7, 0xFF), "faces"},
+        {byte(faces + 8, 4), "face on vertex 4 but only 4 vertices"},
+        // A later mesh that inherits faces must still own the vertices they name.
+        {File({Square("A", "M"), Object("B", {Vertices({{0, 0, 0}, {1, 1, 1}})})}), "\"B\""},
+    };
+    for (const auto& [bytes, message] : cases) {
+        const Parse3DS p = Parse3DSBytes(bytes);
+        EXPECT_NE(p.error.find(message), std::string::npos) << p.error << " is not " << message;
+        EXPECT_EQ(p.model, Model3DS{}) << "a refused file must leave no tables";
+    }
+    // Padding too short for a header at the end of a chunk is not a chunk.
+    EXPECT_EQ(Parsed(Chunk(0x4D4D, {Chunk(0x3D3D, {Square("A", "M")}), Bytes3DS{1, 2, 3}})).meshes.size(), 1u);
 }
 
 TEST(Read3DS, NoPrefixOrBitFlipOfAGoodFileReadsOutsideIt) {
@@ -225,14 +161,12 @@ TEST(Make3DSPart, TurnsTheAxesShadesStripsAndNamesThePart) {
     EXPECT_EQ(p.Vertices[2].Y, 0.0f);
     EXPECT_EQ(p.Vertices[2].Z, -200.0f);
     EXPECT_EQ(p.Vertices[6].Y, 300.0f);
-    // Farthest is B's (4, 0, 0) at 400 units: grey 30; the origin 240; 187.5 and 82.5 go to even.
-    EXPECT_EQ(p.Vertices[5].Shadow, 0xFF1E1E1Eu);
-    EXPECT_EQ(p.Vertices[0].Shadow, 0xFFF0F0F0u);
+    // Shaded over the whole part (the grey rule is core's): B's (4, 0, 0) is farthest, so A's
+    // (1, 0, 0) at 100 of 400 units is 187.5, grey 188.
     EXPECT_EQ(p.Vertices[1].Shadow, 0xFFBCBCBCu);
-    EXPECT_EQ(p.Vertices[6].Shadow, 0xFF525252u);
     EXPECT_EQ(p.Header.VertexCount, 7);
     EXPECT_EQ(p.Header.IndexCount, static_cast<std::int32_t>(p.Indices.size()));
-    EXPECT_EQ(StripTriangles(p.Indices), (std::multiset<std::array<int, 3>>{{0, 1, 2}, {0, 2, 3}, {4, 5, 6}}))
+    EXPECT_EQ(DrawnTriangles(p.Indices), (std::multiset<Triangle3>{{0, 1, 2}, {0, 2, 3}, {4, 5, 6}}))
         << "B's vertices follow A's";
 
     const Part3DS flat = Make3DSPartFrom(m, {true, 0, 0, 0}, 0);
@@ -281,7 +215,7 @@ TEST(Make3DSPart, IndicesAboveSixteenBitsOfSignedRangeStillNameTheirVertices) {
     const Part3DS made = Make3DSPartFrom(m, {true, 0, 0, 0}, 0);
     ASSERT_EQ(made.error, "");
     ASSERT_EQ(made.part.Vertices.size(), 3u);
-    EXPECT_EQ(StripTriangles(made.part.Indices), (std::multiset<std::array<int, 3>>{{0, 1, 2}}));
+    EXPECT_EQ(DrawnTriangles(made.part.Indices), (std::multiset<Triangle3>{{0, 1, 2}}));
 }
 
 TEST(Make3DSPart, WeldAndDuplicateRuleAtTheirEdges) {

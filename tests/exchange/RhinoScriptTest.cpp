@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/NumberText.h"
+#include "core/TestData.h"
 #include "exchange/RhinoScriptOps.h"
 #include "exchange/TextReading.h"
 
@@ -38,10 +39,6 @@ std::string Export(const std::vector<Row>& rows) {
     return t;
 }
 
-const char* const LayerLines =
-    "setactiveviewport top\r\n-Layer\r\nNew rwh0\r\nNew rwh1\r\nNew rwh2\r\nNew rwh3\r\n"
-    "New rwa0\r\nNew rwa1\r\nNew rwa2\r\nNew rwa3\r\nenter\r\n";
-
 std::vector<std::string> LinesStartingWith(const std::string& script, const std::string& start) {
     std::vector<std::string> found;
     for (const std::string& line : TextLines(script))
@@ -57,18 +54,13 @@ std::string Script(const std::vector<Row>& rows, const std::string& texturePath 
 
 }  // namespace
 
-TEST(RhinoScript, CountOfOneGivesTheLayersAndShowOnly) { EXPECT_EQ(Script({}), std::string(LayerLines) + "show\r\n"); }
+// The scripts of no row and of one row, worked out by hand.
+TEST(RhinoScript, CountOfOneGivesTheLayersAndShowOnly) { EXPECT_EQ(Script({}), TestData("rhino/no_rows.txt")); }
 
 TEST(RhinoScript, WritesEachRowAsANamedTexturedHiddenFace) {
     Row first = Standard("rowa");
     first.v[3][0] = -123456;  // corner C
-    const std::string script = Script({first});
-    EXPECT_EQ(script, std::string(LayerLines) +
-                          "3DFace 2,0.5,1 0,0.5,1 -1234.56,0,0 2,0,0\r\n"
-                          "selall\r\n-properties\r\nobject\r\nname object1\r\nenter\r\nenter\r\n"
-                          "-properties\r\nmaterial\r\nobject\r\nrhinoceros\r\n"
-                          "texture\r\n/tex/rwh0.bmp\r\nenter\r\nenter\r\n-changelayer rwh0\r\nselall\r\nhide\r\n"
-                          "show\r\n");
+    EXPECT_EQ(Script({first}), TestData("rhino/one_row.txt"));
 }
 
 TEST(RhinoScript, DealsHomeAndAwayTexturesInTurnAndSkipsVerticalRows) {

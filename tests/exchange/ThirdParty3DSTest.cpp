@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "core/DrawnTriangles.h"
 #include "exchange/mdl3DS.h"
 
 namespace {
@@ -45,15 +46,10 @@ std::multiset<Triangle> ExpectedTriangles(const Model3DS& m) {
 // The triangles that a part's one strip draws, leaving out the joins.
 std::multiset<Triangle> PartTriangles(const OIFPart& part) {
     std::multiset<Triangle> out;
-    const auto& ix = part.Indices;
-    for (std::size_t i = 2; i < ix.size(); ++i) {
-        std::array<std::uint16_t, 3> n{static_cast<std::uint16_t>(ix[i - 2]), static_cast<std::uint16_t>(ix[i - 1]),
-                                       static_cast<std::uint16_t>(ix[i])};
-        if (n[0] == n[1] || n[1] == n[2] || n[0] == n[2]) continue;
-        if (i % 2 == 1) std::swap(n[0], n[1]);
+    for (const Triangle3& n : DrawnTriangles(part.Indices)) {
         Triangle t;
         for (int k = 0; k < 3; ++k) {
-            const OIFVertex& v = part.Vertices.at(n[k]);
+            const OIFVertex& v = part.Vertices.at(static_cast<std::size_t>(n[k]));
             t[k] = {v.X, v.Y, v.Z, v.U, v.V};
         }
         out.insert(Turned(t));

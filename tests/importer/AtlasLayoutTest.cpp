@@ -44,23 +44,26 @@ TEST(ImporterSizes, LoadCentresAtPixelSizeAndResetIsFifteenTimesThat) {
 TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
     ScriptedDesktop desktop;
     const auto names = Named({"a.bmp", "b.bmp", "c.bmp"});
-    auto check = [&](std::vector<TextureBox> boxes) { return CheckBoundsOf(boxes, names, WideTwips, HighTwips); };
-    // Unmapped hides the overlap that follows.
-    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(0, 0, 10, 10), Box(50, 0, 10, 10, false)}).message,
-              "Not all textures mapped!");
-    EXPECT_EQ(check({Box(0, 0, 10, 10), Box(-1, 20, 10, 10), Box(0, 0, 10, 10)}).message,
-              "Texture 'b.bmp' is out of image boundaries.");
-    EXPECT_EQ(check({Box(0, -1, 10, 10)}).message, "Texture 'a.bmp' is out of image boundaries.");
-    // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
-    EXPECT_TRUE(check({Box(480, 500, 100, 100)}).ok);
-    EXPECT_FALSE(check({Box(0, 0, WideTwips + 1, 10)}).ok);
-    EXPECT_FALSE(check({Box(0, 0, 10, HighTwips + 1)}).ok);
-    // A shared edge at x = 100 passes; 99 against 100 overlaps.
-    const BoundsReport touching = check({Box(0, 0, 100, 50), Box(100, 0, 50, 50), Box(0, 50, 100, 10)});
-    EXPECT_TRUE(touching.ok);
-    EXPECT_EQ(touching.message, "All bounds are fine.");
-    EXPECT_EQ(check({Box(0, 0, 100, 50), Box(200, 0, 50, 50), Box(99, 40, 10, 10)}).message,
-              "Textures 'a.bmp' and 'c.bmp' are overlapping.");
+    const std::string fine = "All bounds are fine.";
+    const std::pair<std::vector<TextureBox>, std::string> cases[] = {
+        // Unmapped hides the overlap that follows.
+        {{Box(0, 0, 10, 10), Box(0, 0, 10, 10), Box(50, 0, 10, 10, false)}, "Not all textures mapped!"},
+        {{Box(0, 0, 10, 10), Box(-1, 20, 10, 10), Box(0, 0, 10, 10)}, "Texture 'b.bmp' is out of image boundaries."},
+        {{Box(0, -1, 10, 10)}, "Texture 'a.bmp' is out of image boundaries."},
+        // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
+        {{Box(480, 500, 100, 100)}, fine},
+        {{Box(0, 0, WideTwips + 1, 10)}, "Texture 'a.bmp' is out of image boundaries."},
+        {{Box(0, 0, 10, HighTwips + 1)}, "Texture 'a.bmp' is out of image boundaries."},
+        // A shared edge at x = 100 passes; 99 against 100 overlaps.
+        {{Box(0, 0, 100, 50), Box(100, 0, 50, 50), Box(0, 50, 100, 10)}, fine},
+        {{Box(0, 0, 100, 50), Box(200, 0, 50, 50), Box(99, 40, 10, 10)},
+         "Textures 'a.bmp' and 'c.bmp' are overlapping."},
+    };
+    for (const auto& [boxes, message] : cases) {
+        const BoundsReport r = CheckBoundsOf(boxes, names, WideTwips, HighTwips);
+        EXPECT_EQ(r.message, message);
+        EXPECT_EQ(r.ok, message == fine) << message;
+    }
     EXPECT_TRUE(CheckBoundsOf({Box(3, 3, 10, 10)}, Named({"x"}), WideTwips, HighTwips).ok);
 
     EXPECT_FALSE(CheckBounds({Box(0, 0, 1, 1, false)}, names, WideTwips, HighTwips, false));
@@ -71,43 +74,46 @@ TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
     EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Information);
 }
 
-// A drag of texture `moving` by dx, dy: the mouse goes down at (0, 0) of its box and moves.
-BoxPlace Drag(const std::vector<TextureBox>& boxes, std::size_t moving, double dx, double dy, SnapRules snap,
-              std::int32_t sheetWidth = 512) {
-    return DragPlace(boxes, moving, dx, dy, 0, 0, sheetWidth, SheetHeight, snap);
-}
-
-TEST(ImporterDrag, SnapsToTheSheetsFarEdgesByTheTexturesSize) {
+// Sheet edges snap by the texture's size; other mapped textures snap in list order, the last hit
+// standing, and a texture snap undoes the edge snap.
+TEST(ImporterDrag, SnapsToTheSheetsFarEdgesAndToOtherMappedTextures) {
     const std::vector<TextureBox> one = {Box(100, 100, 128, 64)};
-    EXPECT_EQ(Drag(one, 0, 283, 351, {true, false}), (BoxPlace{384, 448})) << "383 + 128 is 1 short of 512";
-    EXPECT_EQ(Drag(one, 0, 283, 351, {true, false}, 256), (BoxPlace{383, 448}));
-    EXPECT_EQ(Drag(one, 0, -107.4, -260, {false, false}), (BoxPlace{-7, -160}));
-}
-
-TEST(ImporterDrag, SnapsToOtherMappedTexturesInListOrderTheLastHitStanding) {
     // The other texture's right edge is at 100; the moving one faces it at the same height.
-    std::vector<TextureBox> boxes = {Box(0, 200, 100, 50), Box(300, 200, 40, 40)};
-    for (int left = 96; left <= 104; ++left) {
-        const BoxPlace p = Drag(boxes, 1, left - 300, 0, {false, true});
-        EXPECT_EQ(p.Left, left == 96 || left == 104 ? left : 100) << left;
+    const std::vector<TextureBox> pair = {Box(0, 200, 100, 50), Box(300, 200, 40, 40)};
+    const std::vector<TextureBox> unmapped = {Box(0, 200, 100, 50, false), Box(300, 200, 40, 40)};
+    // The edge snap puts the left at 0, texture 0 (right edge at 1) at 1, texture 2 at 2.
+    const std::vector<TextureBox> three = {Box(-101, 0, 102, 100), Box(300, 0, 40, 40), Box(-98, 0, 100, 100)};
+    const std::vector<TextureBox> two = {three[0], three[1], Box(-98, 0, 100, 100, false)};
+    constexpr int Any = -9999;  // a top not looked at
+    const struct {
+        const std::vector<TextureBox>& boxes;
+        std::size_t moving;
+        double dx, dy;
+        SnapRules snap;
+        std::int32_t sheet;
+        BoxPlace place;
+    } cases[] = {
+        {one, 0, 283, 351, {true, false}, 512, {384, 448}},  // 383 + 128 is 1 short of 512
+        {one, 0, 283, 351, {true, false}, 256, {383, 448}},
+        {one, 0, -107.4, -260, {false, false}, 512, {-7, -160}},
+        {pair, 1, -204, 0, {false, true}, 512, {96, Any}},
+        {pair, 1, -203, 0, {false, true}, 512, {100, Any}},
+        {pair, 1, -197, 0, {false, true}, 512, {100, Any}},
+        {pair, 1, -196, 0, {false, true}, 512, {104, Any}},
+        {pair, 1, -199, -44, {false, true}, 512, {101, Any}},  // above by more than the strips reach
+        {pair, 1, -199, -43, {false, true}, 512, {100, Any}},
+        {pair, 1, -290, 52, {false, true}, 512, {10, 250}},  // a top 2 under the other's bottom
+        {pair, 1, -290, -38, {false, true}, 512, {10, 160}},
+        {unmapped, 1, -199, 0, {false, true}, 512, {101, Any}},
+        {three, 1, -298, 0, {true, false}, 512, {0, Any}},
+        {three, 1, -298, 0, {true, true}, 512, {2, Any}},
+        {two, 1, -298, 0, {true, true}, 512, {1, Any}},
+    };
+    for (const auto& c : cases) {
+        const BoxPlace p = DragPlace(c.boxes, c.moving, c.dx, c.dy, 0, 0, c.sheet, SheetHeight, c.snap);
+        EXPECT_EQ(p.Left, c.place.Left) << c.dx << ", " << c.dy;
+        EXPECT_EQ(p.Top, c.place.Top == Any ? p.Top : c.place.Top) << c.dx << ", " << c.dy;
     }
-    // Above it by more than the strips reach: no snap. Just within: snaps.
-    EXPECT_EQ(Drag(boxes, 1, -199, -44, {false, true}).Left, 101);
-    EXPECT_EQ(Drag(boxes, 1, -199, -43, {false, true}).Left, 100);
-    // Tops and bottoms: a top edge 2 under the other's bottom snaps onto it.
-    EXPECT_EQ(Drag(boxes, 1, -290, 52, {false, true}), (BoxPlace{10, 250}));
-    EXPECT_EQ(Drag(boxes, 1, -290, -38, {false, true}), (BoxPlace{10, 160}));
-    // Unmapped textures are no targets.
-    boxes[0].Visible = false;
-    EXPECT_EQ(Drag(boxes, 1, -199, 0, {false, true}).Left, 101);
-    // A later texture undoes an earlier one's snap, and the texture snap undoes the edge snap.
-    // Here the edge snap puts the left at 0, texture 0 (right edge at 1) at 1, texture 2 (right
-    // edge at 2) at 2.
-    boxes = {Box(-101, 0, 102, 100), Box(300, 0, 40, 40), Box(-98, 0, 100, 100)};
-    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, false}).Left, 0);
-    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, true}).Left, 2);
-    boxes[2].Visible = false;
-    EXPECT_EQ(Drag(boxes, 1, -298, 0, {true, true}).Left, 1);
 }
 
 TEST(ImporterHandles, SitOutsideTheBoxAndResizeWithoutGoingBelowZero) {

@@ -78,42 +78,51 @@ RAVPolygon Row(float x, std::int16_t texture, std::int16_t groups = 1, std::int1
     return p;
 }
 
+// Polygon k takes the four vertex slots from 4 (k - 1), polygon 0 the last ones. A polygon of two
+// groups leaves its slot zero; a triangle shortens the mesh, so polygon 0 finds its slots taken
+// and a row whose slot runs past the end is left out rather than written outside the mesh.
 TEST(ImporterWorkMesh, RAVPolygonsSitOneSlotLowAndPolygonZeroTakesTheLastSlots) {
-    RAVFile rav;
-    rav.polygons = {Row(0, 0), Row(100, 1), Row(200, 0, 2), Row(300, 0)};
     const std::vector<ImportTexture> textures = {At(0, 0, 512, 512), At(0, 0, 256, 256)};
-    const ImportMeshResult made = WorkRAVMesh(rav, textures, Plain(), {512, 512});
-    ASSERT_EQ(made.error, "");
-    const std::vector<OIFVertex>& v = made.mesh.WorkVertices;
-    ASSERT_EQ(v.size(), 16u);
-    EXPECT_EQ(made.mesh.WorkIndices, (std::vector<std::int16_t>{12, 13, 14, 12, 14, 15, 0, 1, 2, 0, 2, 3, 8, 9, 10,
-                                                                8,  10, 11, 0,  0,  0,  0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(v[0].X, 100.0f);     // polygon 1
-    EXPECT_EQ(v[4], OIFVertex{});  // polygon 2 has two groups: its slot stays zero
-    EXPECT_EQ(v[8].X, 300.0f);
-    EXPECT_EQ(v[12].X, 0.0f);
-    EXPECT_EQ(v[13].X, 1.0f);
-    // Corner UVs are fixed whatever the polygon says, then go into the group's texture.
-    const float u[4] = {0, 0.5f, 0.5f, 0}, w[4] = {0.5f, 0.5f, 0, 0};
-    for (int k = 0; k < 4; ++k) {
-        EXPECT_EQ(v[static_cast<std::size_t>(k)].U, u[k]);
-        EXPECT_EQ(v[static_cast<std::size_t>(k)].V, w[k]);
-        EXPECT_EQ(v[static_cast<std::size_t>(k)].Shadow, 0xFFD0D0DAu);
+    const struct {
+        std::vector<RAVPolygon> polygons;
+        std::size_t vertices;
+        std::vector<std::int16_t> indices;  // then zeros, up to the count
+        std::size_t indexCount;
+        std::vector<std::pair<int, float>> xs;  // the x of some vertices
+    } cases[] = {
+        {{Row(1000, 0), Row(100, 1), Row(200, 0, 2), Row(300, 0)},
+         16,
+         {12, 13, 14, 12, 14, 15, 0, 1, 2, 0, 2, 3, 8, 9, 10, 8, 10, 11},
+         30,
+         {{0, 100}, {4, 0}, {8, 300}, {12, 1000}, {13, 1001}}},
+        {{Row(1000, 0), Row(100, 0, 1, 3), Row(200, 0), Row(300, 0)},
+         15,
+         {4, 5, 6, 4, 6, 7, 8, 9, 10, 8, 10, 11},
+         24,
+         {{4, 200}, {8, 300}}},
+        {{RAVPolygon{}, Row(100, 0, 1, 3), Row(200, 0), Row(300, 0)}, 11, {4, 5, 6, 4, 6, 7}, 18, {{4, 200}}},
+    };
+    for (const auto& c : cases) {
+        RAVFile rav;
+        rav.polygons = c.polygons;
+        const ImportMeshResult made = WorkRAVMesh(rav, textures, Plain(), {512, 512});
+        ASSERT_EQ(made.error, "");
+        ASSERT_EQ(made.mesh.WorkVertices.size(), c.vertices);
+        std::vector<std::int16_t> indices = c.indices;
+        indices.resize(c.indexCount, 0);
+        EXPECT_EQ(made.mesh.WorkIndices, indices) << c.vertices;
+        for (const auto& [at, x] : c.xs) EXPECT_EQ(made.mesh.WorkVertices[static_cast<std::size_t>(at)].X, x) << at;
     }
-
-    // With a triangle among them the slots run short: polygon 0 finds the last slots taken, and
-    // a row whose slot runs past the end is left out rather than written outside the mesh.
-    rav.polygons = {Row(0, 0), Row(100, 0, 1, 3), Row(200, 0), Row(300, 0)};
-    const ImportMeshResult tight = WorkRAVMesh(rav, textures, Plain(), {512, 512});
-    ASSERT_EQ(tight.mesh.WorkVertices.size(), 15u);
-    EXPECT_EQ(tight.mesh.WorkIndices,
-              (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 8, 9, 10, 8, 10, 11, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(tight.mesh.WorkVertices[4].X, 200.0f);
-    rav.polygons[0] = RAVPolygon{};
-    const ImportMeshResult shorter = WorkRAVMesh(rav, textures, Plain(), {512, 512});
-    ASSERT_EQ(shorter.mesh.WorkVertices.size(), 11u);
-    EXPECT_EQ(shorter.mesh.WorkIndices,
-              (std::vector<std::int16_t>{4, 5, 6, 4, 6, 7, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+    // Corner UVs are fixed whatever the polygon says, then go into the group's texture.
+    RAVFile one;
+    one.polygons = {RAVPolygon{}, Row(100, 1)};
+    const std::vector<OIFVertex> v = WorkRAVMesh(one, textures, Plain(), {512, 512}).mesh.WorkVertices;
+    const float u[4] = {0, 0.5f, 0.5f, 0}, w[4] = {0.5f, 0.5f, 0, 0};
+    for (std::size_t k = 0; k < 4; ++k) {
+        EXPECT_EQ(v.at(k).U, u[k]);
+        EXPECT_EQ(v[k].V, w[k]);
+        EXPECT_EQ(v[k].Shadow, 0xFFD0D0DAu);
+    }
 }
 
 TEST(ImporterPart, TakesFourCharactersOfTheTextureNameBlankPadded) {
@@ -123,20 +132,6 @@ TEST(ImporterPart, TakesFourCharactersOfTheTextureNameBlankPadded) {
 }
 
 std::uint32_t Grey(std::uint32_t g) { return 0xFF000000u + g * 0x010101u; }
-
-TEST(ImporterOptimise, ShadesByDistanceFromTheOriginOrFlat) {
-    ImportMesh work;
-    work.WorkVertices = {Place(0, 0, 0), Place(3, 4, 0), Place(0, 0, -10), Place(0, 0, 2.5f)};
-    EXPECT_EQ(OptimiseImportMesh(work, Plain(1)).OptVertices[0].Shadow, Grey(240));
-    const std::vector<OIFVertex> shaded = OptimiseImportMesh(work, Plain(1)).OptVertices;
-    EXPECT_EQ(shaded[1].Shadow, Grey(135));
-    EXPECT_EQ(shaded[2].Shadow, Grey(30));
-    EXPECT_EQ(shaded[3].Shadow, Grey(188));  // 187.5 rounds to even
-    EXPECT_EQ(OptimiseImportMesh(work, Plain(0)).OptVertices[2].Shadow, 0x006E6E6Eu);
-    ImportMesh centre;
-    centre.WorkVertices = {Place(0, 0, 0)};
-    EXPECT_EQ(OptimiseImportMesh(centre, Plain(1)).OptVertices[0].Shadow, Grey(240));
-}
 
 TEST(ImporterOptimise, MergesInABoxInOrderAndKeepsTheShadeAndUVs) {
     ImportMesh work;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "preview/PreviewViewOps.h"
 
@@ -19,79 +20,55 @@ PreviewViewpoint View(float x, float y, float z) {
 }  // namespace
 
 TEST(ActiveWindow, TheFirstActiveInTheOrderTopRightBackPerspectiveWins) {
-    EXPECT_EQ(ActiveViewIndex({false, false, false, false}), -1);
-    EXPECT_EQ(ActiveViewIndex({false, false, false, true}), ViewPerspective);
-    EXPECT_EQ(ActiveViewIndex({false, false, true, false}), ViewBack);
-    // Two showing the active colour at once: the lookup takes the earlier, not the later.
-    EXPECT_EQ(ActiveViewIndex({false, true, false, true}), ViewRight);
-    EXPECT_EQ(ActiveViewIndex({true, true, true, true}), ViewTop);
-}
-
-TEST(ActiveWindow, WindowsAreFoundByTheExactDescription) {
-    EXPECT_EQ(PreviewWindowOf("Top"), ViewTop);
-    EXPECT_EQ(PreviewWindowOf("Right"), ViewRight);
-    EXPECT_EQ(PreviewWindowOf("Back"), ViewBack);
-    EXPECT_EQ(PreviewWindowOf("Perspective"), ViewPerspective);
-    for (const char* other : {"", "top", "Vertex", "Perspective ", "Front"})
-        EXPECT_EQ(PreviewWindowOf(other), -1) << other;
+    const std::pair<std::array<bool, 4>, int> cases[] = {
+        {{false, false, false, false}, -1},      {{false, false, false, true}, ViewPerspective},
+        {{false, false, true, false}, ViewBack}, {{false, true, false, true}, ViewRight},  // the earlier wins
+        {{true, true, true, true}, ViewTop},
+    };
+    for (const auto& [active, view] : cases) EXPECT_EQ(ActiveViewIndex(active), view) << view;
+    const std::pair<const char*, int> names[] = {
+        {"Top", ViewTop}, {"Right", ViewRight}, {"Back", ViewBack}, {"Perspective", ViewPerspective},
+        {"", -1},         {"top", -1},          {"Vertex", -1},     {"Perspective ", -1},
+        {"Front", -1}};
+    for (const auto& [name, view] : names) EXPECT_EQ(PreviewWindowOf(name), view) << '"' << name << '"';
 }
 
 TEST(RenderFlags, OnlyValuesWithoutThe256BitShowTextures) {
-    EXPECT_TRUE(RenderFlagsShowTextures(RenderTextured));
-    EXPECT_FALSE(RenderFlagsShowTextures(RenderUntextured));
-    EXPECT_FALSE(RenderFlagsShowTextures(256));
-    EXPECT_TRUE(RenderFlagsShowTextures(0));
+    for (const auto& [flags, textured] :
+         {std::pair{RenderTextured, true}, {RenderUntextured, false}, {256, false}, {0, true}})
+        EXPECT_EQ(RenderFlagsShowTextures(flags), textured) << flags;
 }
 
-TEST(Zoom, EachTurnMovesTheCameraNearerByTheAmount) {
-    PreviewViewpoint v = View(0, 1500, 30000);
-    ZoomView(v, 1, 1000);
-    EXPECT_EQ(v.PositionZ, 29000);
-    ZoomView(v, -3, 1000);
-    EXPECT_EQ(v.PositionZ, 32000);
-    ZoomView(v, 2, 250.5);
-    EXPECT_EQ(v.PositionZ, 31499);
-    PreviewViewpoint unchanged = View(0, 1500, 30000);
-    unchanged.PositionZ = 31499;
-    EXPECT_EQ(v, unchanged) << "nothing but PositionZ moves";
+TEST(Zoom, EachTurnMovesTheCameraNearerByTheAmountInSinglePrecision) {
+    struct Case {
+        int turns;
+        double amount;
+        float z;
+    };
+    // From 30000: the camera may pass through the model and out the other side.
+    const Case cases[] = {{1, 1000, 29000},
+                          {-3, 1000, 33000},
+                          {2, 250.5, 29499},
+                          {4, 0, 30000},
+                          {1, 0.1, static_cast<float>(30000 - 0.1)},
+                          {10, 10000, -70000}};
+    for (const Case& c : cases) {
+        PreviewViewpoint v = View(5, 1500, 30000);
+        ZoomView(v, c.turns, c.amount);
+        EXPECT_EQ(v.PositionZ, c.z) << c.turns << " of " << c.amount;
+        v.PositionZ = 30000;
+        EXPECT_EQ(v, View(5, 1500, 30000)) << "nothing but PositionZ moves";
+    }
 }
 
-TEST(Zoom, AnAmountOfNothingLeavesTheView) {
-    PreviewViewpoint v = View(5, 6, 7);
-    ZoomView(v, 4, 0);
-    EXPECT_EQ(v, View(5, 6, 7));
-}
-
-TEST(Zoom, TheResultIsKeptInSinglePrecision) {
-    PreviewViewpoint v = View(0, 0, 30000);
-    ZoomView(v, 1, 0.1);
-    EXPECT_EQ(v.PositionZ, static_cast<float>(30000 - 0.1));
-    EXPECT_NE(static_cast<double>(v.PositionZ), 30000 - 0.1);
-    // The camera may pass through the model and out the other side.
-    ZoomView(v, 10, 10000);
-    EXPECT_FLOAT_EQ(v.PositionZ, -70000.1f);
-}
-
-TEST(Pan, ArrowKeysMoveTheCameraByAThousand) {
-    PreviewViewpoint v = View(0, 1500, 20000);
-    PanView(v, KeyLeft);
-    EXPECT_EQ(v.PositionX, 1000);
-    PanView(v, KeyUp);
-    EXPECT_EQ(v.PositionY, 500);
-    PanView(v, KeyRight);
-    PanView(v, KeyRight);
-    EXPECT_EQ(v.PositionX, -1000);
-    PanView(v, KeyDown);
-    PanView(v, KeyDown);
-    EXPECT_EQ(v.PositionY, 2500);
-    EXPECT_EQ(v.PositionZ, 20000);
-}
-
-TEST(Pan, OtherKeysChangeNothing) {
-    for (int key : {0, 65, 36, 41, 13, 27, 33, 34}) {
+TEST(Pan, ArrowKeysMoveTheCameraByAThousandAndOtherKeysNothing) {
+    const std::tuple<int, float, float> cases[] = {
+        {KeyLeft, 1000, 0}, {KeyRight, -1000, 0}, {KeyUp, 0, -1000}, {KeyDown, 0, 1000}, {0, 0, 0},  {65, 0, 0},
+        {36, 0, 0},         {41, 0, 0},           {13, 0, 0},        {27, 0, 0},         {33, 0, 0}, {34, 0, 0}};
+    for (const auto& [key, dx, dy] : cases) {
         PreviewViewpoint v = View(1, 2, 3);
         PanView(v, key);
-        EXPECT_EQ(v, View(1, 2, 3)) << key;
+        EXPECT_EQ(v, View(1 + dx, 2 + dy, 3)) << key;
     }
 }
 
@@ -165,39 +142,26 @@ TEST(PartTint, NeighbouringPartsDifferAndEveryTintStandsOutFromTheGrey) {
 }
 
 TEST(Layout, TwipsRoundToTheNearestPixelWithTiesToEven) {
-    EXPECT_EQ(PixelsFromTwips(0), 0);
-    EXPECT_EQ(PixelsFromTwips(15), 1);
-    EXPECT_EQ(PixelsFromTwips(22.5), 2);
-    EXPECT_EQ(PixelsFromTwips(37.5), 2);
-    EXPECT_EQ(PixelsFromTwips(1850), 123);
-    EXPECT_EQ(PixelsFromTwips(6715), 448);
-    EXPECT_EQ(PixelsFromTwips(-100), -7);
+    for (const auto& [twips, pixels] :
+         {std::pair{0.0, 0}, {15.0, 1}, {22.5, 2}, {37.5, 2}, {1850.0, 123}, {6715.0, 448}, {-100.0, -7}})
+        EXPECT_EQ(PixelsFromTwips(twips), pixels) << twips;
 }
 
-TEST(Layout, FourWindowsInTwoRowsRightOfTheListStrip) {
+// 600 x 400 pixels are 9000 x 6000 twips; 6885 twips are 459 pixels on a 1024 x 768 screen.
+TEST(Layout, WindowsAndViewersFromTheirTwipSizes) {
     const auto layout = PreviewWindowLayout();
-    EXPECT_EQ(layout[ViewTop], (PixelRect{123, 0, 448, 317}));
-    EXPECT_EQ(layout[ViewPerspective], (PixelRect{571, 0, 448, 317})) << "8565 twips";
-    EXPECT_EQ(layout[ViewBack], (PixelRect{123, 317, 448, 317}));
-    EXPECT_EQ(layout[ViewRight], (PixelRect{571, 317, 448, 317}));
-}
-
-TEST(Layout, TheViewerFillsTheWindowBelowTheStripLessItsMargins) {
-    // 600 x 400 pixels are 9000 x 6000 twips: 8900 wide, down to 5950.
-    EXPECT_EQ(CortonaViewerControlRect(600, 400, 20), (PixelRect{0, 20, 593, 377}));
-    EXPECT_EQ(CortonaViewerControlRect(3, 3, 20), (PixelRect{0, 20, 0, 0})) << "never negative";
-}
-
-TEST(Layout, StadiumPreviewViewerIsTheWindowLess150By390Twips) {
-    EXPECT_EQ(StadiumPreviewControlRect(600, 400), (PixelRect{0, 0, 590, 374}));
-    EXPECT_EQ(StadiumPreviewControlRect(5, 5), (PixelRect{0, 0, 0, 0}));
-}
-
-TEST(Layout, ShowvrmlScalesTheWindowWithTheScreen) {
-    // 6885 twips are 459 pixels on a 1024 x 768 screen.
-    EXPECT_EQ(StadiumPreviewPlacement(1024, 768, 1024), (PixelRect{565, 0, 459, 459}));
-    EXPECT_EQ(StadiumPreviewPlacement(2048, 768, 1000), (PixelRect{82, 0, 918, 459}));
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Left, 0) << "never left of the main window";
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Width, 574);   // 8606.25 twips
-    EXPECT_EQ(StadiumPreviewPlacement(1280, 1024, 300).Height, 612);  // 9180 twips
+    const std::pair<PixelRect, PixelRect> cases[] = {
+        {layout[ViewTop], {123, 0, 448, 317}},
+        {layout[ViewPerspective], {571, 0, 448, 317}},  // 8565 twips
+        {layout[ViewBack], {123, 317, 448, 317}},
+        {layout[ViewRight], {571, 317, 448, 317}},
+        {CortonaViewerControlRect(600, 400, 20), {0, 20, 593, 377}},  // 8900 wide, down to 5950
+        {CortonaViewerControlRect(3, 3, 20), {0, 20, 0, 0}},          // never negative
+        {StadiumPreviewControlRect(600, 400), {0, 0, 590, 374}},      // less 150 by 390 twips
+        {StadiumPreviewControlRect(5, 5), {0, 0, 0, 0}},
+        {StadiumPreviewPlacement(1024, 768, 1024), {565, 0, 459, 459}},
+        {StadiumPreviewPlacement(2048, 768, 1000), {82, 0, 918, 459}},
+        {StadiumPreviewPlacement(1280, 1024, 300), {0, 0, 574, 612}},  // never left of the main window
+    };
+    for (const auto& [got, want] : cases) EXPECT_EQ(got, want) << want.Left << " " << want.Top << " " << want.Width;
 }

@@ -18,6 +18,13 @@ std::string Lines(std::initializer_list<std::string> lines) {
     return s;
 }
 
+// An expected file of tests/data/vrml, written there with LF line ends.
+std::string Expected(const std::string& name) {
+    std::string crlf;
+    for (char c : ReadText(std::string(TM_TEST_DATA) + "/vrml/" + name)) crlf += c == '\n' ? "\r\n" : std::string(1, c);
+    return crlf;
+}
+
 OIFPart Part(const std::string& texture, std::vector<OIFVertex> vertices, std::vector<std::int16_t> indices) {
     OIFPart p;
     p.Header.Name = "p";
@@ -34,55 +41,35 @@ PreviewScene OneViewpointScene() {
     return AddViewpoint("Top", 0, 30000, 0, -1, 0, 0, -1.57f, s);
 }
 
-const std::string Head = Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", "", "Transform {",
-                                "   rotation ", "0 0 0 0", "   children ["});
-const std::string TopViewpoint =
-    Lines({"Viewpoint {", "   position 0 30000 0", "   orientation 1 0 0 -1.57", "   description \"Top\"", "}", ""});
-
-const std::string ShapeHead =
-    Lines({"", "      Shape {", "         appearance Appearance {", "            material Material {",
-           "               emissiveColor 0 0 1", "            }", "         }", "         geometry IndexedLineSet {",
-           "            coord Coordinate {", "               point ["});
-const std::string ShapeTail = Lines({"            ]", "         }", "      }"});
-
 }  // namespace
 
-TEST(ViewpointText, IsTheBlockWithAnEmptyLineBehind) {
-    EXPECT_EQ(ViewpointText(DefaultPreviewScene().Viewpoints[1]),
-              Lines({"Viewpoint {", "   position -6500 7000 10000", "   orientation 1 1 0 -0.74",
-                     "   description \"Panoramic\"", "}", ""}));
+TEST(ViewpointText, TheSixStartingViewpointsInBindingOrder) {
+    const PreviewScene s = DefaultPreviewScene();
+    EXPECT_TRUE(s.ColourR == 0 && s.ColourG == 0 && s.ColourB == 255 && s.RotateAngle == 0.f);
+    EXPECT_EQ(s.RotateX | s.RotateY | s.RotateZ, 0);
+    ASSERT_EQ(s.ViewpointCount, 6);
+    std::string text;
+    for (const PreviewViewpoint& v : s.Viewpoints) text += ViewpointText(v);
+    EXPECT_EQ(text, Expected("default_viewpoints.wrl"));
 }
 
 TEST(WirePreview, WritesShownPartsAsLinesOfTheirTriangles) {
+    // 0 1 2 and 1 2 3 are triangles; 2 3 3, 3 3 0 are stitches; 3 0 1 and 0 1 2 again.
     const OIFPart quad =
         Part("tp00", {{0, 0, 0, 0, 0, 0}, {1.5f, 0, 0, 0, 0, 0}, {0, 2, 0, 0, 0, 0}, {1, 1, 10000000, 0, 0, 0}},
              {0, 1, 2, 3, 3, 0, 1, 2});
     const OIFPart hidden = Part("tp01", {{9, 9, 9, 0, 0, 0}}, {});
     PreviewSelection sel;
     sel.shown = {true, false};
-    const std::string text = WirePreviewText({quad, hidden}, OneViewpointScene(), sel);
-    const std::string want =
-        Head + ShapeHead +
-        Lines({"                  0 0 0,", "                  1.5 0 0,", "                  0 2 0,",
-               "                  1 1 1E+07", "               ]", "            }", "            coordIndex [",
-               // 0 1 2 and 1 2 3 are triangles; 2 3 3, 3 3 0 are stitches; 3 0 1 and 0 1 2 again.
-               "               0 1 -1", "               1 2 -1", "               0 2 -1", "               1 2 -1",
-               "               2 3 -1", "               1 3 -1", "               3 0 -1", "               0 1 -1",
-               "               3 1 -1", "               0 1 -1", "               1 2 -1", "               0 2 -1"}) +
-        ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n" + "\r\n";
-    EXPECT_EQ(text, want);
-}
-
-TEST(WirePreview, SmallPartsAndEmptySelectionsStillMakeValidFiles) {
+    EXPECT_EQ(WirePreviewText({quad, hidden}, OneViewpointScene(), sel), Expected("wire.wrl"));
+    // Small parts and empty selections still make valid files.
     const OIFPart one = Part("tp00", {{1, 2, 3, 0, 0, 0}}, {0, 0});
-    const std::string text = WirePreviewText({one}, OneViewpointScene(), {});
-    EXPECT_NE(text.find(Lines({"               point [", "                  1 2 3", "               ]", "            }",
+    EXPECT_NE(WirePreviewText({one}, OneViewpointScene(), {})
+                  .find(Lines({"               point [", "                  1 2 3", "               ]", "            }",
                                "            coordIndex [", "            ]"})),
               std::string::npos);
-    PreviewSelection none;
-    none.shown = {false};
-    EXPECT_EQ(WirePreviewText({one}, OneViewpointScene(), none),
-              Head + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n");
+    sel.shown = {false};
+    EXPECT_EQ(WirePreviewText({one}, OneViewpointScene(), sel), Expected("empty_wire.wrl"));
 }
 
 TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
@@ -91,36 +78,13 @@ TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
     sel.part = 0;
     sel.vertex = 1;
     const std::string text = WirePreviewText({p}, DefaultPreviewScene(), sel);
-    const std::string marker = Lines({"   ]",
-                                      "}",
-                                      "",
-                                      "Transform {",
-                                      "   translation 4 5 6",
-                                      "   children [",
-                                      "      Shape {",
-                                      "         geometry Sphere {",
-                                      "            radius 1",
-                                      "         }",
-                                      "      }",
-                                      "   ]",
-                                      "}",
-                                      "",
-                                      "Viewpoint {",
-                                      "   position 4 5 106",
-                                      "   orientation 0 0 0 0",
-                                      "   description \"Vertex\"",
-                                      "}",
-                                      "",
-                                      "",
-                                      "",
-                                      "Viewpoint {"});
-    EXPECT_NE(text.find(marker), std::string::npos);
+    EXPECT_NE(text.find(Expected("vertex_marker.wrl")), std::string::npos);
     EXPECT_LT(text.find("\"Vertex\""), text.find("\"Top\""));
     // A part row without a vertex row marks nothing; neither does a vertex that is not there.
-    sel.vertex = -1;
-    EXPECT_EQ(WirePreviewText({p}, DefaultPreviewScene(), sel).find("Sphere"), std::string::npos);
-    sel.vertex = 7;
-    EXPECT_EQ(WirePreviewText({p}, DefaultPreviewScene(), sel).find("Sphere"), std::string::npos);
+    for (int vertex : {-1, 7}) {
+        sel.vertex = vertex;
+        EXPECT_EQ(WirePreviewText({p}, DefaultPreviewScene(), sel).find("Sphere"), std::string::npos) << vertex;
+    }
 }
 
 TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
@@ -128,71 +92,17 @@ TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
     poly.Texture = "rwh0";
     for (int i = 0; i < 4; ++i) poly.Vertices.push_back({static_cast<float>(i), 0, 0, 0, 0, 0});
     poly.Count = 1;
-    const std::string text = QuadPreviewText({poly}, OneViewpointScene());
-    const std::string want =
-        Head + ShapeHead +
-        Lines({"                  0 0 0,", "                  1 0 0,", "                  2 0 0,",
-               "                  3 0 0", "               ]", "            }", "            coordIndex [",
-               "               0 1 -1", "               1 2 -1", "               2 3 -1", "               0 3 -1",
-               "               4 5 -1", "               5 6 -1", "               6 7 -1", "               4 7 -1"}) +
-        ShapeTail + Lines({"   ]", "}", ""}) + TopViewpoint + "\r\n\r\n";
-    EXPECT_EQ(text, want);
+    EXPECT_EQ(QuadPreviewText({poly}, OneViewpointScene()), Expected("quad.wrl"));
 }
 
 TEST(TexturedPreview, ViewHeaderCountsAllPartsAndNestsThreeTurns) {
-    OIFFile doc = NewOIFFile();
-    doc = AddPart(Part("tp00", {}, {}), doc);
-    doc = AddPart(Part("tp01", {}, {}), doc);
-    const PreviewViewpoint top = StartPreviewViews()[0];
-    EXPECT_EQ(ViewHeaderText(doc, top),
-              Lines({"#VRML V2.0 utf8", "#VORN Terramason Generated VRML File", std::string(41, '#'), "",
-                     "## Number of parts = 2", ""}) +
-                  Lines({"Viewpoint {", "   position 0 0 30000", "   orientation 0 0 0 0", "   description \"Top\"",
-                         "}", ""}) +
-                  Lines({"Transform {", "   rotation 0 0 1 0", "   children [", "Transform {", "   rotation 1 0 0 1.57",
-                         "   children [", "Transform {", "   rotation 0 1 0 0", "   children ["}));
+    OIFFile doc = AddPart(Part("tp01", {}, {}), AddPart(Part("tp00", {}, {}), NewOIFFile()));
+    EXPECT_EQ(ViewHeaderText(doc, StartPreviewViews()[0]), Expected("view_header.wrl"));
 }
 
 TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
     const OIFPart p = Part("ab", {{0, 0, 0, 0, 0.5f, 0.25f}, {1, 0, 0, 0, 1, 0}, {0, 1, 0, 0, 0, 1}}, {0, 1, 2, 2});
-    const std::string want = Lines({"## Part Number = 3",
-                                    "## Number of Vertices = 3",
-                                    "## Number of Indices = 4",
-                                    "",
-                                    "      Shape {",
-                                    "         appearance Appearance {",
-                                    "            texture ImageTexture {",
-                                    "               url \"ab  .png\"",
-                                    "            }",
-                                    "         }",
-                                    "         geometry IndexedFaceSet {",
-                                    "            coord Coordinate {",
-                                    "               point [",
-                                    "                  0 0 0,",
-                                    "                  1 0 0,",
-                                    "                  0 1 0",
-                                    "               ]",
-                                    "            }",
-                                    "            coordIndex [",
-                                    "               0 1 2 -1",
-                                    "              ## Not a triangle ##",
-                                    "            ]",
-                                    "            texCoord TextureCoordinate {",
-                                    "               point [",
-                                    "                  0.5 -0.25,",
-                                    "                  1 0,",
-                                    "                  0 -1",
-                                    "               ]",
-                                    "            }",
-                                    "            texCoordIndex [",
-                                    "               0 1 2 -1",
-                                    "              ## Not a triangle ##",
-                                    "            ]",
-                                    "         solid FALSE",
-                                    "         }",
-                                    "      }",
-                                    ""});
-    EXPECT_EQ(PartFileText(p, 3), want);
+    EXPECT_EQ(PartFileText(p, 3), Expected("part.wrl"));
 }
 
 TEST(TexturedPreview, APartFileDescribesItsNumbersAsTheyReadBack) {
@@ -324,43 +234,36 @@ TEST_F(PreviewFiles, WirePreviewGoesToTheScratchFolderAndTheWireWindow) {
     EXPECT_TRUE(std::filesystem::exists(AppPath("stad2.wrl")));
 }
 
-TEST_F(PreviewFiles, StartPreviewsPutsEveryViewBackAndRebuilds) {
-    PreviewViews[ViewTop].PositionZ = 5;
-    PreviewViews[ViewPerspective].SceneRotationY = 2;
-    EXPECT_TRUE(StartPreviews(doc, {}));
-    EXPECT_EQ(PreviewViews, StartPreviewViews());
-    EXPECT_EQ(Temp("Top.wrl"), ViewHeaderText(doc, StartPreviewViews()[ViewTop]) + Temp("Parts.tmp"));
-    EXPECT_EQ(views.calls.size(), 8u);
-}
-
-TEST_F(PreviewFiles, StartPreviewsDoesNothingUnlessPreviewsReadsOne) {
-    for (const char* value : {"0", "", "1 ", "true"}) {
-        WriteConfig("Terramason", "Previews", value);
+// Whether Previews reads 1 and refresh is on: start puts the views back, and writes the files.
+TEST_F(PreviewFiles, StartPreviewsRunsOnlyWhenPreviewsReadsOne) {
+    const struct {
+        const char* previews;
+        bool refresh, started, written;
+    } cases[] = {{"1", true, true, true},  {"1", false, true, false},  {"0", true, false, false},
+                 {"", true, false, false}, {"1 ", true, false, false}, {"true", true, false, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string("\"") + c.previews + "\" refresh " + std::to_string(c.refresh));
+        std::filesystem::remove_all(AppPath("temp"));
+        std::filesystem::create_directories(AppPath("temp"));
+        views.calls.clear();
+        WriteConfig("Terramason", "Previews", c.previews);
+        PreviewRefreshOn = c.refresh;
         PreviewViews[ViewBack].PositionX = 77;
-        EXPECT_FALSE(StartPreviews(doc, {})) << '"' << value << '"';
-        EXPECT_EQ(PreviewViews[ViewBack].PositionX, 77) << "the views are left as they were";
+        EXPECT_EQ(StartPreviews(doc, {}), c.started);
+        EXPECT_EQ(PreviewViews == StartPreviewViews(), c.started);
+        EXPECT_EQ(std::filesystem::exists(AppPath("temp/Top.wrl")), c.written);
+        EXPECT_EQ(views.calls.size(), c.written ? 8u : 0u);
+        if (c.written) {
+            EXPECT_EQ(Temp("Top.wrl"), ViewHeaderText(doc, StartPreviewViews()[ViewTop]) + Temp("Parts.tmp"));
+        }
     }
-    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Top.wrl")));
-    EXPECT_TRUE(views.calls.empty());
-}
-
-TEST_F(PreviewFiles, StartPreviewsWithRefreshOffResetsTheViewsButWritesNothing) {
-    // The windows still open; they find whatever files the last rebuild left.
-    PreviewRefreshOn = false;
-    PreviewViews[ViewRight].PositionY = 9;
-    EXPECT_TRUE(StartPreviews(doc, {}));
-    EXPECT_EQ(PreviewViews, StartPreviewViews());
-    EXPECT_FALSE(std::filesystem::exists(AppPath("temp/Parts.tmp")));
 }
 
 TEST_F(PreviewFiles, OnlyThePerspectiveWindowIsTexturedAndOnlyByAOne) {
-    const std::array<int, 4> untextured{RenderUntextured, RenderUntextured, RenderUntextured, RenderUntextured};
-    EXPECT_EQ(PreviewRenderFlags(), untextured) << "no key";
-    WriteConfig("Previews", "PerspectiveTex", "1");
-    EXPECT_EQ(PreviewRenderFlags(),
-              (std::array<int, 4>{RenderUntextured, RenderUntextured, RenderUntextured, RenderTextured}));
-    WriteConfig("Previews", "PerspectiveTex", "0");
-    EXPECT_EQ(PreviewRenderFlags(), untextured);
-    WriteConfig("Previews", "PerspectiveTex", "01");
-    EXPECT_EQ(PreviewRenderFlags(), untextured);
+    constexpr int U = RenderUntextured;
+    for (const char* value : {"", "1", "0", "01"}) {
+        if (*value) WriteConfig("Previews", "PerspectiveTex", value);
+        const int last = value == std::string("1") ? RenderTextured : U;
+        EXPECT_EQ(PreviewRenderFlags(), (std::array<int, 4>{U, U, U, last})) << '"' << value << '"';
+    }
 }

@@ -9,55 +9,69 @@
 
 namespace {
 
-// One part with a vertex at each distance from the origin along the given axis mix.
-OIFFile Line(std::initializer_list<float> distances) {
+OIFFile Doc(std::vector<OIFVertex> vertices) {
     OIFPart part;
-    for (float d : distances) part.Vertices.push_back({0.6f * d, 0, -0.8f * d, 0x12345678u, 0.25f, 0.75f});
+    part.Vertices = std::move(vertices);
     part.Header.VertexCount = static_cast<int>(part.Vertices.size());
     return AddPart(part, NewOIFFile());
 }
 
+// One part with a vertex at each distance from the origin, off every axis but y.
+OIFFile Line(std::initializer_list<float> distances) {
+    std::vector<OIFVertex> v;
+    for (float d : distances) v.push_back({0.6f * d, 0, -0.8f * d, 0x12345678u, 0.25f, 0.75f});
+    return Doc(v);
+}
+
 std::uint32_t Grey(std::uint32_t g) { return 0xFF000000u + g * 0x010101u; }
 
-std::vector<std::uint32_t> Shadows(const OIFFile& doc) {
+// The shadows, each told as its grey where it is an opaque grey.
+std::vector<std::uint32_t> Greys(const OIFFile& doc) {
     std::vector<std::uint32_t> s;
-    for (const OIFPart& part : doc.Parts)
-        for (const OIFVertex& v : part.Vertices) s.push_back(v.Shadow);
+    for (const OIFVertex& v : doc.Parts[0].Vertices)
+        s.push_back(v.Shadow == Grey(v.Shadow & 0xFF) ? v.Shadow & 0xFF : v.Shadow);
     return s;
 }
 
 }  // namespace
 
 TEST(ApplyLighting, GreysFrom240AtTheOriginTo30AtTheFarthestVertex) {
-    const OIFFile doc = Line({0, 250, 500, 1000});
-    // 240 - 0.25 * 210 is 187.5, which rounds to even.
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "100")),
-              (std::vector<std::uint32_t>{Grey(240), Grey(188), Grey(135), Grey(30)}));
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "150")), Shadows(ApplyLighting(doc, "100")));
-    // At 80 percent the range above 30 shrinks: 210 * 0.8 = 168, 105 * 0.8 = 84.
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "80")),
-              (std::vector<std::uint32_t>{Grey(198), Grey(156), Grey(114), Grey(30)}));
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "-5")), std::vector<std::uint32_t>(4, Grey(30)));
-    EXPECT_EQ(Shadows(ApplyLighting(doc, "")), std::vector<std::uint32_t>(4, Grey(30)));
+    const OIFFile line = Line({0, 250, 500, 1000});
+    // (300, 400, 0) is 500 away, half of the farthest: without its height it would be 300, grey 177.
+    const OIFFile offPlane = Doc({{300, 400, 0, 0, 0, 0}, {0, 0, 1000, 0, 0, 0}});
+    const struct {
+        const OIFFile& doc;
+        const char* percent;
+        std::vector<std::uint32_t> greys;
+    } cases[] = {
+        {line, "100", {240, 188, 135, 30}},  // 240 - 0.25 * 210 is 187.5, which rounds to even
+        {line, "150", {240, 188, 135, 30}}, {line, "80", {198, 156, 114, 30}},  // the range above 30 shrinks: 210 * 0.8 = 168
+        {line, "-5", {30, 30, 30, 30}},     {line, "", {30, 30, 30, 30}},      {offPlane, "100", {135, 30}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Greys(ApplyLighting(c.doc, c.percent)), c.greys) << c.percent;
     // Lighting again gives the same: the old colours do not count.
-    EXPECT_EQ(ApplyLighting(ApplyLighting(doc, "80"), "80"), ApplyLighting(doc, "80"));
-}
-
-TEST(ApplyLighting, RefusesADocumentWhoseVerticesAllLieAtTheOrigin) {
-    EXPECT_THROW(ApplyLighting(Line({0, 0}), "80"), std::runtime_error);
+    EXPECT_EQ(ApplyLighting(ApplyLighting(line, "80"), "80"), ApplyLighting(line, "80"));
+    EXPECT_THROW(ApplyLighting(Line({0, 0}), "80"), std::runtime_error) << "all vertices at the origin";
     EXPECT_EQ(ApplyLighting(NewOIFFile(), "80"), NewOIFFile());
 }
 
 TEST(LightingKeyFilter, TakesDigitsOnePointAndNoSecondLeadingZero) {
-    EXPECT_EQ(LightingKeyFilter('7', "8"), '7');
-    EXPECT_EQ(LightingKeyFilter('.', ""), '.');
-    EXPECT_EQ(LightingKeyFilter('.', "1.5"), 0);
-    EXPECT_EQ(LightingKeyFilter('0', "0"), 0);
-    EXPECT_EQ(LightingKeyFilter('0', "10"), '0');
-    EXPECT_EQ(LightingKeyFilter('5', "-"), 0) << "the value would turn negative";
-    EXPECT_EQ(LightingKeyFilter('-', ""), 0);
-    EXPECT_EQ(LightingKeyFilter('a', ""), 0);
-    for (int key : {KeyTab, KeyEnter, KeyBackspace}) EXPECT_EQ(LightingKeyFilter(key, "0"), key);
+    const struct {
+        int key;
+        const char* text;
+        int want;
+    } cases[] = {{'7', "8", '7'},
+                 {'.', "", '.'},
+                 {'.', "1.5", 0},
+                 {'0', "0", 0},
+                 {'0', "10", '0'},
+                 {'5', "-", 0},
+                 {'-', "", 0},
+                 {'a', "", 0},
+                 {KeyTab, "0", KeyTab},
+                 {KeyEnter, "0", KeyEnter},
+                 {KeyBackspace, "0", KeyBackspace}};
+    for (const auto& c : cases) EXPECT_EQ(LightingKeyFilter(c.key, c.text), c.want) << c.key << " after " << c.text;
 }
 
 TEST(TransformParts, LeavesEverythingAsItIsByDefaultAndChangesOnlyTickedParts) {
@@ -71,44 +85,40 @@ TEST(TransformParts, LeavesEverythingAsItIsByDefaultAndChangesOnlyTickedParts) {
     settings.flipU = true;
     const OIFFile flat = TransformParts(doc, settings);
     EXPECT_EQ(flat.Parts[0], doc.Parts[0]);
-    for (const OIFVertex& v : flat.Parts[1].Vertices) {
-        EXPECT_EQ(v.Y, 0);
-        EXPECT_EQ(v.U, 0.75f);
-        EXPECT_EQ(v.V, 0.75f);
-    }
+    for (const OIFVertex& v : flat.Parts[1].Vertices) EXPECT_TRUE(v.Y == 0 && v.U == 0.75f && v.V == 0.75f);
     EXPECT_FLOAT_EQ(flat.Parts[1].Vertices[1].Z, -80);
 }
 
 TEST(TransformParts, ScalesRotatesTranslatesAndMirrorsInThatOrder) {
+    struct Case {
+        std::array<std::string, 3> scale, rotate, translate;
+        bool mirrorX;
+        float x, y, z;  // where (1, 0, 0) ends
+    };
+    const Case cases[] = {
+        {{"100", "100", "100"}, {"0", "90", "0"}, {"0", "0", "0"}, false, 0, 0, -1},
+        // Doubled, turned to (0, 0, -2), moved to (10, 0, -2) and mirrored in x.
+        {{"200", "100", "100"}, {"0", "90", "0"}, {"10", "0", "0"}, true, -10, 0, -2},
+        // Whatever the boxes' order on the page, turns go Y, X, Z; every pair of axes in the
+        // other order ends elsewhere: X first (0, 0, -1), Z before Y (0, 1, 0), Z before X (0, 0, 1).
+        {{"100", "100", "100"}, {"90", "90", "0"}, {"0", "0", "0"}, false, 0, 1, 0},
+        {{"100", "100", "100"}, {"0", "90", "90"}, {"0", "0", "0"}, false, 0, 0, -1},
+        {{"100", "100", "100"}, {"90", "0", "90"}, {"0", "0", "0"}, false, 0, 1, 0},
+    };
     OIFPart part;
     part.Vertices = {{1, 0, 0, 0, 0, 0}};
     const OIFFile doc = AddPart(part, NewOIFFile());
-    TransformSettings settings;
-    settings.parts = {true};
-    settings.rotate = {"0", "90", "0"};
-    const OIFVertex turned = TransformParts(doc, settings).Parts[0].Vertices[0];
-    EXPECT_NEAR(turned.X, 0, 1e-6);
-    EXPECT_NEAR(turned.Z, -1, 1e-6);
-
-    // (1, 0, 0) doubled, turned to (0, 0, -2), moved to (10, 0, -2) and mirrored in x.
-    settings.scale = {"200", "100", "100"};
-    settings.translate = {"10", "0", "0"};
-    settings.mirror = {true, false, false};
-    const OIFVertex all = TransformParts(doc, settings).Parts[0].Vertices[0];
-    EXPECT_NEAR(all.X, -10, 1e-5);
-    EXPECT_NEAR(all.Z, -2, 1e-5);
-
-    // Whatever the boxes' order on the page, Y turns first: about X and Y, (1, 0, 0) ends at
-    // (0, 1, 0); X first would give (0, 0, -1).
-    settings = TransformSettings{};
-    settings.parts = {true};
-    settings.rotate = {"90", "90", "0"};
-    const OIFVertex both = TransformParts(doc, settings).Parts[0].Vertices[0];
-    EXPECT_NEAR(both.Y, 1, 1e-6);
-    EXPECT_NEAR(both.Z, 0, 1e-6);
-    // About Y and Z: Y takes (1, 0, 0) to (0, 0, -1), which Z leaves; Z first would give (0, 1, 0).
-    settings.rotate = {"0", "90", "90"};
-    const OIFVertex yz = TransformParts(doc, settings).Parts[0].Vertices[0];
-    EXPECT_NEAR(yz.Y, 0, 1e-6);
-    EXPECT_NEAR(yz.Z, -1, 1e-6);
+    for (const Case& c : cases) {
+        TransformSettings settings;
+        settings.parts = {true};
+        settings.scale = c.scale;
+        settings.rotate = c.rotate;
+        settings.translate = c.translate;
+        settings.mirror = {c.mirrorX, false, false};
+        const OIFVertex v = TransformParts(doc, settings).Parts[0].Vertices[0];
+        SCOPED_TRACE(c.rotate[0] + " " + c.rotate[1] + " " + c.rotate[2]);
+        EXPECT_NEAR(v.X, c.x, 1e-5);
+        EXPECT_NEAR(v.Y, c.y, 1e-5);
+        EXPECT_NEAR(v.Z, c.z, 1e-5);
+    }
 }
