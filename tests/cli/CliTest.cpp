@@ -65,20 +65,6 @@ bool PixelIs(const std::vector<std::uint8_t>& b, const std::string& needle) {
     return p + 2 < b.size() && unsigned(b[p + 2] << 16 | b[p + 1] << 8 | b[p]) == rgb;
 }
 
-// A bitmap of one colour per half, left and right.
-void WriteBmp(const std::string& path, int width, int height, std::uint32_t left, std::uint32_t right) {
-    const int row = (width * 3 + 3) / 4 * 4;
-    Bytes b;
-    b.raw("BM").u32(std::uint32_t(54 + row * height)).u32(0).u32(54).u32(40).i32(width).i32(height);
-    b.i16(1).i16(24).u32(0).u32(std::uint32_t(row * height)).u32(2835).u32(2835).u32(0).u32(0);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
-            for (int k = 0; k < 3; ++k) b.u8(std::uint8_t((x < width / 2 ? left : right) >> (8 * k)));
-        for (int pad = width * 3; pad < row; ++pad) b.u8(0);
-    }
-    WriteFile(path, b.data);
-}
-
 // A stadium of parts with the given textures, each one quad strip of four vertices.
 std::vector<std::uint8_t> Stadium(const std::vector<std::string>& textures) {
     Bytes b;
@@ -107,7 +93,8 @@ std::vector<std::uint8_t> TwoParts(bool trailer) {
     return b.data;
 }
 
-// The inputs worked out by hand are in tests/data/cli; the binary ones are built here.
+// The inputs worked out by hand, bitmaps of one colour per half among them, are in tests/data/cli;
+// the others are built here.
 void Inputs(const std::string& dir) {
     fs::copy(std::string(TM_TEST_DATA) + "/cli", dir, fs::copy_options::recursive);
     auto put = [&](const std::string& name, const std::vector<std::uint8_t>& bytes) {
@@ -153,14 +140,6 @@ void Inputs(const std::string& dir) {
     ::chmod((dir + "/oiftool/oifconvert").c_str(), 0755);
     // The importer's model of three textures and a RAV text of two rows, with their pictures.
     fs::copy_file(std::string(TM_TEST_DATA) + "/3ds/atlas.3ds", dir + "/atlas.3ds");
-    for (const char* folder : {"/tex/", "/tex2/"}) {
-        fs::create_directories(dir + folder);
-        WriteBmp(dir + folder + "seats.bmp", 128, 64, 0xFF0000, 0x0000FF);
-        WriteBmp(dir + folder + "grass.bmp", 32, 32, 0x00A000, 0x00A000);
-    }
-    WriteBmp(dir + "/tex/roof.bmp", 64, 32, 0xFFFF00, 0xFFFF00);
-    WriteBmp(dir + "/tex/rowa.bmp", 64, 32, 0xFF0000, 0xFF0000);
-    WriteBmp(dir + "/tex/rowb.bmp", 64, 32, 0x0000FF, 0x0000FF);
 }
 
 // A command line, its exit status, where its result shows ("" standard output, "stderr", a file
