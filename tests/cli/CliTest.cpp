@@ -65,20 +65,6 @@ bool PixelIs(const std::vector<std::uint8_t>& b, const std::string& needle) {
     return p + 2 < b.size() && unsigned(b[p + 2] << 16 | b[p + 1] << 8 | b[p]) == rgb;
 }
 
-// A bitmap of one colour per half, left and right.
-void WriteBmp(const std::string& path, int width, int height, std::uint32_t left, std::uint32_t right) {
-    const int row = (width * 3 + 3) / 4 * 4;
-    Bytes b;
-    b.raw("BM").u32(std::uint32_t(54 + row * height)).u32(0).u32(54).u32(40).i32(width).i32(height);
-    b.i16(1).i16(24).u32(0).u32(std::uint32_t(row * height)).u32(2835).u32(2835).u32(0).u32(0);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
-            for (int k = 0; k < 3; ++k) b.u8(std::uint8_t((x < width / 2 ? left : right) >> (8 * k)));
-        for (int pad = width * 3; pad < row; ++pad) b.u8(0);
-    }
-    WriteFile(path, b.data);
-}
-
 // A stadium of parts with the given textures, each one quad strip of four vertices.
 std::vector<std::uint8_t> Stadium(const std::vector<std::string>& textures) {
     Bytes b;
@@ -107,14 +93,11 @@ std::vector<std::uint8_t> TwoParts(bool trailer) {
     return b.data;
 }
 
-const char* const RavExport =
-    "Version=3\r\nNumPoly=2\r\n[P0]\r\nName=\r\nNumVert=0\r\nNumGrps=0\r\n"
-    "[P1]\r\nName=Trib\xFCne\r\nNumVert=4\r\n  200,0,0,1,0,FFFFFF\r\n  200,100,50,1,1,FF\r\n"
-    "  0,100,50,0,1,0\r\n  0.1,0,-0,0,0,808080\r\nNumGrps=1\r\nGroup1=rowa\r\nNumIdx=4\r\nIndices=0,1,2,3\r\n";
-
+// The inputs worked out by hand, bitmaps of one colour per half among them, are in tests/data/cli;
+// the others are built here.
 void Inputs(const std::string& dir) {
+    fs::copy(std::string(TM_TEST_DATA) + "/cli", dir, fs::copy_options::recursive);
     auto put = [&](const std::string& name, const std::vector<std::uint8_t>& bytes) {
-        fs::create_directories(fs::path(dir + "/" + name).parent_path());
         WriteFile(dir + "/" + name, bytes);
     };
     auto text = [&](const std::string& name, const std::string& t) { put(name, Bytes().raw(t).data); };
@@ -138,57 +121,25 @@ void Inputs(const std::string& dir) {
     std::vector<std::uint8_t> broken = Stadium({"tp00"});
     broken.pop_back();
     put("broken.oif", broken);
-    text("points.csv", "x");
-    text("row.csv",
-         "\"Name\",\"Type\",\"Object Type\"\r\n\"a\",\"point\",\"0,0,0\"\r\n\"b\",\"point\",\"1,0,0\"\r\n"
-         "\"c\",\"point\",\"1,0,1\"\r\n\"d\",\"point\",\"0,0,1\"\r\n");
     const Bytes3DS stand = File(
         {Material("Seats", "rwh0.bmp"), Object("Stand", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0.5f}, {0, 2, 0.5f}}),
                                                          TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
                                                          Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial("Seats")})})});
     put("stand.3ds", stand);
     put("cut.3ds", Bytes3DS(stand.begin(), stand.begin() + std::ptrdiff_t(stand.size() / 2)));
-    text("foreign.3ds", "PK\x03\x04 not a model");
     for (int n : {2, 4, 7}) put("q" + std::to_string(n) + ".3ds", QuadMeshes(n));
     put("boards.obj", QuadMeshes(1));
-    text("rav.txt", RavExport);
-    text("script.txt", RhinoScriptText(RavExport, "C:\\tex\\").text);
-    text("short.txt", "Version=1\r\nNumPoly=2\r\n");
-    text("crowd.txt",
-         "Version=1\r\nNumPoly=1\r\n[P0]\r\nName=\r\nNumVert=4\r\n  0,0,0,0,1,102030\r\n  520,0,0,1,1,102030\r\n"
-         "  520,100,0,1,0,102030\r\n  0,100,0,0,0,102030\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=0\r\nIndices=\r\n");
+    text("script.txt", RhinoScriptText(ReadText(dir + "/rav.txt"), "C:\\tex\\").text);
     // A .o file goes through the converter of the OIFTool folder that registry.conf names.
+    fs::create_directories(dir + "/terramason");
+    fs::create_directories(dir + "/oiftool");
     text("terramason/registry.conf",
          "HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath=" + dir + "/oiftool\n");
     put("made.oif", Stadium({"rwh0"}));
     text("oiftool/oifconvert", "#!/bin/sh\n[ \"$1\" = --to-oif ] && cp '" + dir + "/made.oif' \"$3\"\n");
     ::chmod((dir + "/oiftool/oifconvert").c_str(), 0755);
-    text("stadium.o", "O");
     // The importer's model of three textures and a RAV text of two rows, with their pictures.
     fs::copy_file(std::string(TM_TEST_DATA) + "/3ds/atlas.3ds", dir + "/atlas.3ds");
-    for (const char* folder : {"/tex/", "/tex2/"}) {
-        fs::create_directories(dir + folder);
-        WriteBmp(dir + folder + "seats.bmp", 128, 64, 0xFF0000, 0x0000FF);
-        WriteBmp(dir + folder + "grass.bmp", 32, 32, 0x00A000, 0x00A000);
-    }
-    WriteBmp(dir + "/tex/roof.bmp", 64, 32, 0xFFFF00, 0xFFFF00);
-    WriteBmp(dir + "/tex/rowa.bmp", 64, 32, 0xFF0000, 0xFF0000);
-    WriteBmp(dir + "/tex/rowb.bmp", 64, 32, 0x0000FF, 0x0000FF);
-    text("three.json", R"({"seats.bmp": {"left": 256, "top": 64, "width": 128, "height": 64},
-        "roof.bmp": {"left": 0, "top": 0, "width": 128, "height": 64, "mapped": true},
-        "grass.bmp": {"left": 0, "top": 480, "width": 32, "height": 32}})");
-    text("unmapped.json", R"({"seats.bmp": {"left": 0, "top": 0, "width": 128, "height": 64},
-        "roof.bmp": {"left": 100, "top": 10, "width": 64, "height": 32}})");
-    text("wall.json", R"({"wall.bmp": {"left": 0, "top": 0, "width": 1, "height": 1}})");
-    text("rows.json", R"({"rowa.bmp": {"left": 0, "top": 0, "width": 256, "height": 32},
-        "rowb.bmp": {"left": 0, "top": 32, "width": 256, "height": 32}})");
-    text("rows.txt",
-         "Version=1\r\nNumPoly=3\r\n[P0]\r\nName=\r\nNumVert=0\r\nNumGrps=0\r\n"
-         "[P1]\r\nName=a\r\nNumVert=4\r\n  200,0,0,1,0,FFFFFF\r\n  200,100,50,1,1,FFFFFF\r\n  0,100,50,0,1,FFFFFF\r\n"
-         "  0,0,0,0,0,FFFFFF\r\nNumGrps=1\r\nGroup1=rowa\r\nNumIdx=4\r\nIndices=0,1,2,3\r\n"
-         "[P2]\r\nName=b\r\nNumVert=4\r\n  200,0,500,1,0,FFFFFF\r\n  200,100,550,1,1,FFFFFF\r\n  "
-         "0,100,550,0,1,FFFFFF\r\n"
-         "  0,0,500,0,0,FFFFFF\r\nNumGrps=1\r\nGroup1=rowb\r\nNumIdx=4\r\nIndices=0,1,2,3\r\n");
 }
 
 // A command line, its exit status, where its result shows ("" standard output, "stderr", a file
@@ -199,7 +150,7 @@ struct Row {
     const char* args;
     int status;
     const char* where;
-    std::vector<std::string> needles;
+    const char* needles;  // separated by |
 };
 
 #define PLANE "--corners 0,0,0;1040,0,0;1040,500,-1000;0,500,-1000"
@@ -208,158 +159,120 @@ struct Row {
 
 const Row Rows[] = {
     // dump and resave
-    {"dump $two.oif",
-     0,
-     "",
-     {R"("label": "OIF1")",
-      R"("header": {"magic": "OiFF", "version": 3, "kind": 1, "fileLength": 999, "trailerCount": 2, )"
-      R"("trailerSpare": -7, "partCount": 2})",
-      R"("name": "ABCDEFGHIJKLMNOPQRSTUVWXYZ01")", R"("texture": "ab  ")",
-      "[0.1, -2.5, 1e+07, 4294967295, 0.33333334, 1]", "[3.4028235e+38, 1e-45, -123.456, 0, 0.5, 16777216]",
-      "[-1, 32767, -32768]", "\"name\": \"Caf\xC3\xA9 \xE2\x82\xAC" + std::string(22, ' ') + "\"",
-      R"("texture": "tp00")", "[1.5e-05, -0, null, 2147483648, null, 100]", R"("trailer": "deadbeef007f")"}},
-    {"resave $notrail.oif $out.oif", 0, "out.oif", {"=resaved.oif"}},
-    {"resave $notrail.oif $out.oif", 0, "stderr", {"wrote $out.oif: 2 parts, 3 vertices\n"}},
-    {"resave --quiet $notrail.oif $out.oif", 0, "out.oif", {}},
-    {"dump $kind2.oif", 1, "", {"Invalid OIF file type!\n\nNot a stadium OIF file.\n"}},
-    {"resave $kind2.oif $out.oif", 1, "", {"Invalid OIF file type!\n\nNot a stadium OIF file.\n"}},
-    {"dump $short.oif", 1, "", {"Invalid OIF file!\n"}},
-    {"resave $short.oif $out.oif", 1, "", {"Invalid OIF file!\n"}},
-    {"dump $out-missing.oif", 1, "", {"$out-missing.oif"}},
-    {"resave $out-missing.oif $out.oif", 1, "", {"$out-missing.oif"}},
-    {"resave $st1.oif $nofolder/out.oif", 1, "", {"Cannot write"}},
-    {"dump $", 1, "", {"\n"}},
-    {"", 2, "", {}},
-    {"frob", 2, "", {"frob"}},
-    {"dump", 2, "", {}},
-    {"dump a.oif b.oif", 2, "", {}},
-    {"dump --bogus a.oif", 2, "", {}},
-    {"resave a.oif", 2, "", {"Usage: terramason-cli resave IN.oif OUT.oif"}},
-    {"resave a.oif b.oif c.oif", 2, "", {}},
+    {"dump $two.oif", 0, "",
+     "\"label\": \"OIF1\"|\"header\": {\"magic\": \"OiFF\", \"version\": 3, \"kind\": 1, \"fileLength\": 999, "
+     "\"trailerCount\": 2, \"trailerSpare\": -7, \"partCount\": 2}|\"name\": "
+     "\"ABCDEFGHIJKLMNOPQRSTUVWXYZ01\"|\"texture\": \"ab  \"|[0.1, -2.5, 1e+07, 4294967295, 0.33333334, "
+     "1]|[3.4028235e+38, 1e-45, -123.456, 0, 0.5, 16777216]|[-1, 32767, -32768]|\"name\": \"Caf\xC3\xA9 \xE2\x82\xAC   "
+     "                   \"|\"texture\": \"tp00\"|[1.5e-05, -0, null, 2147483648, null, 100]|\"trailer\": "
+     "\"deadbeef007f\""},
+    {"resave $notrail.oif $out.oif", 0, "out.oif", "=resaved.oif"},
+    {"resave $notrail.oif $out.oif", 0, "stderr", "wrote $out.oif: 2 parts, 3 vertices\n"},
+    {"resave --quiet $notrail.oif $out.oif", 0, "out.oif", ""},
+    {"dump $kind2.oif", 1, "", "Invalid OIF file type!\n\nNot a stadium OIF file.\n"},
+    {"resave $kind2.oif $out.oif", 1, "", "Invalid OIF file type!\n\nNot a stadium OIF file.\n"},
+    {"dump $short.oif", 1, "", "Invalid OIF file!\n"},
+    {"resave $short.oif $out.oif", 1, "", "Invalid OIF file!\n"},
+    {"dump $out-missing.oif", 1, "", "$out-missing.oif"},
+    {"resave $out-missing.oif $out.oif", 1, "", "$out-missing.oif"},
+    {"resave $st1.oif $nofolder/out.oif", 1, "", "Cannot write"},
+    {"dump $", 1, "", "\n"},
+    {"", 2, "", ""},
+    {"frob", 2, "", "frob"},
+    {"dump", 2, "", ""},
+    {"dump a.oif b.oif", 2, "", ""},
+    {"dump --bogus a.oif", 2, "", ""},
+    {"resave a.oif", 2, "", "Usage: terramason-cli resave IN.oif OUT.oif"},
+    {"resave a.oif b.oif c.oif", 2, "", ""},
     // import of .oif, .3ds and .o, import-csv and quads
-    {"import $st2.oif --into $st1.oif -o $out.oif", 0, "out.oif", {R"("partCount": 3)", "tp00", "cr01", "ad02"}},
-    {"import $st2.oif -o $out.oif", 0, "out.oif", {R"("partCount": 2)"}},
-    {"import $points.csv -o $out.oif", 1, "", {"File type not supported!\n"}},
-    {"import $broken.oif -o $out.oif", 1, "", {"Invalid OIF file!\n"}},
-    {"import $out-missing.oif -o $out.oif", 1, "", {"$out-missing.oif"}},
-    {"import $stadium.o -o $out.oif", 0, "out.oif", {"rwh0"}},
-    {"import $stadium.o -o $out.oif", 0, "!terramason/tempoif.oif", {}},
-    {"dump-3ds $stand.3ds",
-     0,
-     "",
-     {"[1, 2, 0.5]", "[0, 2, 3, 7]", R"("materialName": "Seats")", R"({"name": "Seats", "textureFile": "rwh0.bmp"})"}},
+    {"import $st2.oif --into $st1.oif -o $out.oif", 0, "out.oif", R"("partCount": 3|tp00|cr01|ad02)"},
+    {"import $st2.oif -o $out.oif", 0, "out.oif", R"("partCount": 2)"},
+    {"import $points.csv -o $out.oif", 1, "", "File type not supported!\n"},
+    {"import $broken.oif -o $out.oif", 1, "", "Invalid OIF file!\n"},
+    {"import $out-missing.oif -o $out.oif", 1, "", "$out-missing.oif"},
+    {"import $stadium.o -o $out.oif", 0, "out.oif", "rwh0"},
+    {"import $stadium.o -o $out.oif", 0, "!terramason/tempoif.oif", ""},
+    {"dump-3ds $stand.3ds", 0, "",
+     R"([1, 2, 0.5]|[0, 2, 3, 7]|"materialName": "Seats"|{"name": "Seats", "textureFile": "rwh0.bmp"})"},
     // (1, 2, 0.5) in 3DS axes is (100, 50, -200) in the game's.
-    {"import $stand.3ds -o $out.oif", 0, "out.oif", {R"("partCount": 1)", "[100, 50, -200, "}},
-    {"import $cut.3ds -o $out.oif", 1, "", {"damaged"}},
-    {"dump-3ds $foreign.3ds", 1, "", {"not a valid 3ds file!\n"}},
-    {"import-csv $row.csv -o $out.oif --wire $out.wrl", 0, "out.oif", {"[100, 0, 0, 0, 0, 0]", "[0, 1, 2, 3]"}},
-    {"import-csv $row.csv -o $out.oif --wire $out.wrl", 0, "out.wrl", {"100 0 0"}},
-    {"quads $row.csv $row.csv -o $out.wrl", 0, "out.wrl", {"coordIndex", "coordIndex", "               4 5 -1"}},
+    {"import $stand.3ds -o $out.oif", 0, "out.oif", R"("partCount": 1|[100, 50, -200, )"},
+    {"import $cut.3ds -o $out.oif", 1, "", "damaged"},
+    {"dump-3ds $foreign.3ds", 1, "", "not a valid 3ds file!\n"},
+    {"import-csv $row.csv -o $out.oif --wire $out.wrl", 0, "out.oif", "[100, 0, 0, 0, 0, 0]|[0, 1, 2, 3]"},
+    {"import-csv $row.csv -o $out.oif --wire $out.wrl", 0, "out.wrl", "100 0 0"},
+    {"quads $row.csv $row.csv -o $out.wrl", 0, "out.wrl", "coordIndex|coordIndex|               4 5 -1"},
     // merge, previews, wire
-    {"merge $st6.oif -o $out.oif", 0, "out.oif", {R"("partCount": 3)"}},
-    {"merge $st6.oif --crowd-only -o $out.oif", 0, "out.oif", {R"("partCount": 5)"}},
-    {"previews $st3.oif $outdir --hide 1",
-     0,
-     "outdir/Top.wrl",
-     {"#VRML V2.0 utf8\r\n", "description \"Top\"", "url \"tp00.png\"", "!url \"cr01.png\"", "url \"ad02.png\""}},
-    {"previews $st3.oif $outdir --hide 1",
-     0,
-     "stderr",
-     {"Top.wrl (", "Right.wrl (", "Back.wrl (", "Perspective.wrl ("}},
-    {"previews $st3.oif $outdir --hide 1", 0, "outdir/Part_1.tmp", {}},
-    {"previews $st3.oif $outdir --hide x", 2, "", {}},
-    {"previews $st2.oif $outdir --hide 0,2", 2, "", {"--hide: part 2 is not in the document"}},
-    {"wire $st2.oif $out.wrl --vertex 1:2",
-     0,
-     "out.wrl",
-     {"   translation 1 2 0\r\n", "   position 1 2 100\r\n", "\"Vertex\"", "\"Top\""}},
-    {"wire $st2.oif $out.wrl --hide 0,1", 0, "out.wrl", {"!Shape"}},
-    {"wire $st2.oif $out.wrl --vertex 1-2", 2, "", {}},
-    {"wire $st2.oif $out.wrl --hide 7", 2, "", {"--hide: part 7 is not in the document"}},
-    {"wire $st2.oif $out.wrl --vertex 2:0", 2, "", {"--vertex: the document has no vertex 0 in part 2"}},
-    {"wire $st2.oif $out.wrl --vertex 1:4", 2, "", {"--vertex: the document has no vertex 4 in part 1"}},
+    {"merge $st6.oif -o $out.oif", 0, "out.oif", R"("partCount": 3)"},
+    {"merge $st6.oif --crowd-only -o $out.oif", 0, "out.oif", R"("partCount": 5)"},
+    {"previews $st3.oif $outdir --hide 1", 0, "outdir/Top.wrl",
+     "#VRML V2.0 utf8\r\n|description \"Top\"|url \"tp00.png\"|!url \"cr01.png\"|url \"ad02.png\""},
+    {"previews $st3.oif $outdir --hide 1", 0, "stderr", "Top.wrl (|Right.wrl (|Back.wrl (|Perspective.wrl ("},
+    {"previews $st3.oif $outdir --hide 1", 0, "outdir/Part_1.tmp", ""},
+    {"previews $st3.oif $outdir --hide x", 2, "", ""},
+    {"previews $st2.oif $outdir --hide 0,2", 2, "", "--hide: part 2 is not in the document"},
+    {"wire $st2.oif $out.wrl --vertex 1:2", 0, "out.wrl",
+     "   translation 1 2 0\r\n|   position 1 2 100\r\n|\"Vertex\"|\"Top\""},
+    {"wire $st2.oif $out.wrl --hide 0,1", 0, "out.wrl", "!Shape"},
+    {"wire $st2.oif $out.wrl --vertex 1-2", 2, "", ""},
+    {"wire $st2.oif $out.wrl --hide 7", 2, "", "--hide: part 7 is not in the document"},
+    {"wire $st2.oif $out.wrl --vertex 2:0", 2, "", "--vertex: the document has no vertex 0 in part 2"},
+    {"wire $st2.oif $out.wrl --vertex 1:4", 2, "", "--vertex: the document has no vertex 4 in part 1"},
     // the generators and wizards; keep7.oif is the first of two runs with one seed
-    {"crowds $crowd.txt --fix-height 260 --seed 7 -o $keep7.oif",
-     0,
-     "keep7.oif",
-     {"rwa0", "rwa1", "rwa2", "rwa3", ", 260, "}},
-    {"crowds $crowd.txt --fix-height 260 --seed 7 -o $out.oif", 0, "out.oif", {"=keep7.oif"}},
-    {"crowds $points.csv -o $out.oif", 2, "", {}},
-    {"crowd-wizard " PLANE " --seed 3 -o $out.oif", 0, "out.oif", {"rwh0", "rwh1", "rwh2", "rwh3"}},
-    {"crowd-wizard " PLANE " -o $out.oif", 0, "stderr", {"4 parts, 40 vertices"}},
+    {"crowds $crowd.txt --fix-height 260 --seed 7 -o $keep7.oif", 0, "keep7.oif", "rwa0|rwa1|rwa2|rwa3|, 260, "},
+    {"crowds $crowd.txt --fix-height 260 --seed 7 -o $out.oif", 0, "out.oif", "=keep7.oif"},
+    {"crowds $points.csv -o $out.oif", 2, "", ""},
+    {"crowd-wizard " PLANE " --seed 3 -o $out.oif", 0, "out.oif", "rwh0|rwh1|rwh2|rwh3"},
+    {"crowd-wizard " PLANE " -o $out.oif", 0, "stderr", "4 parts, 40 vertices"},
     // 1000 long at 150 apart: 7 rows.
-    {"crowd-wizard " PLANE " --spacing 150 --away --into $st1.oif -o $out.oif", 0, "stderr", {"5 parts, 32 vertices"}},
-    {"crowd-wizard " PLANE " --away -o $out.oif", 0, "out.oif", {"rwa0", "!rwh"}},
-    {"crowd-wizard --planes $q2.3ds --rows 2 -o $out.oif", 0, "stderr", {"16 vertices"}},
-    {"crowd-wizard " PLANE " --rows 0 -o $out.oif", 1, "", {"The number of rows is 0: it must be at least 1.\n"}},
-    {"crowd-wizard --corners 0,0,0;1,1,1 -o $out.oif", 2, "", {}},
-    {"crowd-wizard " PLANE " --planes $q2.3ds -o $out.oif", 2, "", {}},
-    {"adboards $q7.3ds -o $out.oif", 0, "out.oif", {R"("partCount": 3)", "adba", "adbb", "adbc"}},
-    {"banners $q4.3ds --away -o $out.oif", 0, "out.oif", {"abna", "abnb", "afla", "aflb"}},
-    {"adboards $boards.obj -o $out.oif", 1, "", {"Unknown file extension!\n"}},
-    {"crowd-wizard --corners 0,0,0;1000,0,0;1000,0,0;0,0,0 --rows 1 --row-height 0 -o $flat.oif", 0, "flat.oif", {}},
-    {"light $flat.oif --origin 150 -o $out.oif", 0, "out.oif", {"4280163870", "4293980400"}},
-    {"crowd-wizard --corners 0,0,0;0,0,0;0,0,0;0,0,0 --rows 1 --row-height 0 -o $dark.oif", 0, "dark.oif", {}},
-    {"light $dark.oif -o $out.oif",
-     1,
-     "",
-     {"All vertices lie at the origin, so there is no distance to light them by.\n"}},
+    {"crowd-wizard " PLANE " --spacing 150 --away --into $st1.oif -o $out.oif", 0, "stderr", "5 parts, 32 vertices"},
+    {"crowd-wizard " PLANE " --away -o $out.oif", 0, "out.oif", "rwa0|!rwh"},
+    {"crowd-wizard --planes $q2.3ds --rows 2 -o $out.oif", 0, "stderr", "16 vertices"},
+    {"crowd-wizard " PLANE " --rows 0 -o $out.oif", 1, "", "The number of rows is 0: it must be at least 1.\n"},
+    {"crowd-wizard --corners 0,0,0;1,1,1 -o $out.oif", 2, "", ""},
+    {"crowd-wizard " PLANE " --planes $q2.3ds -o $out.oif", 2, "", ""},
+    {"adboards $q7.3ds -o $out.oif", 0, "out.oif", R"("partCount": 3|adba|adbb|adbc)"},
+    {"banners $q4.3ds --away -o $out.oif", 0, "out.oif", "abna|abnb|afla|aflb"},
+    {"adboards $boards.obj -o $out.oif", 1, "", "Unknown file extension!\n"},
+    {"crowd-wizard --corners 0,0,0;1000,0,0;1000,0,0;0,0,0 --rows 1 --row-height 0 -o $flat.oif", 0, "flat.oif", ""},
+    {"light $flat.oif --origin 150 -o $out.oif", 0, "out.oif", "4280163870|4293980400"},
+    {"crowd-wizard --corners 0,0,0;0,0,0;0,0,0;0,0,0 --rows 1 --row-height 0 -o $dark.oif", 0, "dark.oif", ""},
+    {"light $dark.oif -o $out.oif", 1, "",
+     "All vertices lie at the origin, so there is no distance to light them by.\n"},
     // Part 1's (1, 0, 0): scaled to (2, 0, 0), moved to (12, 20, 30), mirrored in y; turned about y to (0, 0, -1).
-    {"transform $st2.oif --parts 1 --scale 200,100,100 --translate 10,20,30 --mirror y -o $out.oif",
-     0,
-     "out.oif",
-     {"[0, 0, 0, 0, 0, 0]", "[12, -20, 30, 0, 0, 0]", "[12, -21, 30, 0, 0, 0]"}},
-    {"transform $st2.oif --parts 1 --rotate 0,90,0 --quiet -o $out.oif",
-     0,
-     "out.oif",
-     {"[0, 0, 0, ", ", 0, -1, 0, 0, 0]"}},
-    {"transform $st2.oif --parts 1,2 -o $out.oif", 2, "", {"--parts: part 2 is not in the document"}},
-    {"transform $st2.oif --mirror w -o $out.oif", 2, "", {}},
-    {"transform $st2.oif --scale 1,2 -o $out.oif", 2, "", {}},
+    {"transform $st2.oif --parts 1 --scale 200,100,100 --translate 10,20,30 --mirror y -o $out.oif", 0, "out.oif",
+     "[0, 0, 0, 0, 0, 0]|[12, -20, 30, 0, 0, 0]|[12, -21, 30, 0, 0, 0]"},
+    {"transform $st2.oif --parts 1 --rotate 0,90,0 --quiet -o $out.oif", 0, "out.oif", "[0, 0, 0, |, 0, -1, 0, 0, 0]"},
+    {"transform $st2.oif --parts 1,2 -o $out.oif", 2, "", "--parts: part 2 is not in the document"},
+    {"transform $st2.oif --mirror w -o $out.oif", 2, "", ""},
+    {"transform $st2.oif --scale 1,2 -o $out.oif", 2, "", ""},
     // RAV text
-    {"dump-rav $rav.txt",
-     0,
-     "",
-     {R"("version": 3)", R"("vertices": [],)", R"("groups": [])", "\"name\": \"Trib\xC3\xBCne\"",
-      "[200, 0, 0, 4294967295, 1, 0]", "[0.1, 0, -0, 2155905279, 0, 0]",
-      R"({"name": "rowa", "indices": [0, 1, 2, 3]})"}},
-    {"rav-script $rav.txt $out.txt C:\\tex\\", 0, "out.txt", {"=script.txt"}},
-    {"dump-rav $short.txt",
-     1,
-     "",
-     {"Invalid RAV file!\n\nThe file ends after line 2, but its counts call for more lines.\n"}},
-    {"rav-script $short.txt $out.txt /tex/", 1, "", {"Invalid RAV file!\n"}},
+    {"dump-rav $rav.txt", 0, "",
+     "\"version\": 3|\"vertices\": [],|\"groups\": []|\"name\": \"Trib\xC3\xBCne\"|[200, 0, 0, 4294967295, 1, 0]|[0.1, "
+     "0, -0, 2155905279, 0, 0]|{\"name\": \"rowa\", \"indices\": [0, 1, 2, 3]}"},
+    {R"(rav-script $rav.txt $out.txt C:\tex\)", 0, "out.txt", "=script.txt"},
+    {"dump-rav $short.txt", 1, "",
+     "Invalid RAV file!\n\nThe file ends after line 2, but its counts call for more lines.\n"},
+    {"rav-script $short.txt $out.txt /tex/", 1, "", "Invalid RAV file!\n"},
     // the Stadium Importer
-    {"textures $atlas.3ds --textures $tex",
-     0,
-     "",
-     {R"({"name": "seats.bmp", "path": "$tex/seats.bmp", "width": 128, "height": 64})",
-      R"({"name": "roof.bmp", "path": "$tex/roof.bmp", "width": 64, "height": 32})",
-      R"({"name": "grass.bmp", "path": "$tex/grass.bmp", "width": 32, "height": 32})"}},
-    {"textures $atlas.3ds --textures $tex2/", 1, "", {"The texture file \"roof.bmp\" is not in \"$tex2/\".\n"}},
-    {ATLAS "$three.json", 0, "stderr", {"wrote $out.bmp (786,486 bytes), $out.oif: 1 part, 11 vertices\n"}},
+    {"textures $atlas.3ds --textures $tex", 0, "",
+     R"({"name": "seats.bmp", "path": "$tex/seats.bmp", "width": 128, "height": 64}|{"name": "roof.bmp", "path": "$tex/roof.bmp", "width": 64, "height": 32}|{"name": "grass.bmp", "path": "$tex/grass.bmp", "width": 32, "height": 32})"},
+    {"textures $atlas.3ds --textures $tex2/", 1, "", "The texture file \"roof.bmp\" is not in \"$tex2/\".\n"},
+    {ATLAS "$three.json", 0, "stderr", "wrote $out.bmp (786,486 bytes), $out.oif: 1 part, 11 vertices\n"},
     // Copied one to one; stretched to twice; black wherever no texture lies.
-    {ATLAS "$three.json",
-     0,
-     "out.bmp",
-     {"256,64=ff0000", "319,127=ff0000", "320,64=0000ff", "383,127=0000ff", "255,64=000000", "384,64=000000",
-      "256,128=000000", "0,0=ffff00", "127,63=ffff00", "128,0=000000", "0,64=000000", "0,480=00a000", "31,511=00a000",
-      "32,511=000000", "511,511=000000"}},
-    {ATLAS "$three.json", 0, "out.oif", {"\"name\": \"Part 0 [tp00]               \"", R"("texture": "tp00")"}},
-    {ATLAS "$unmapped.json",
-     1,
-     "",
-     {"Texture cannot be properly made. Please check bounds!\nNot all textures mapped!\n"}},
-    {ATLAS "$wall.json", 1, "", {"The layout places \"wall.bmp\", which is not a texture of the model.\n"}},
-    {ATLAS "$three.json --sheet 300x512", 2, "", {}},
-    {RAVATLAS "--shade 0 --texture rwh0", 0, "stderr", {"$out.bmp (393,270 bytes)"}},
-    {RAVATLAS "--shade 0 --texture rwh0", 0, "out.bmp", {"255,31=ff0000", "0,32=0000ff"}},
+    {ATLAS "$three.json", 0, "out.bmp",
+     "256,64=ff0000|319,127=ff0000|320,64=0000ff|383,127=0000ff|255,64=000000|384,64=000000|256,128=000000|0,0=ffff00|"
+     "127,63=ffff00|128,0=000000|0,64=000000|0,480=00a000|31,511=00a000|32,511=000000|511,511=000000"},
+    {ATLAS "$three.json", 0, "out.oif", R"("name": "Part 0 [tp00]               "|"texture": "tp00")"},
+    {ATLAS "$unmapped.json", 1, "",
+     "Texture cannot be properly made. Please check bounds!\nNot all textures mapped!\n"},
+    {ATLAS "$wall.json", 1, "", "The layout places \"wall.bmp\", which is not a texture of the model.\n"},
+    {ATLAS "$three.json --sheet 300x512", 2, "", ""},
+    {RAVATLAS "--shade 0 --texture rwh0", 0, "stderr", "$out.bmp (393,270 bytes)"},
+    {RAVATLAS "--shade 0 --texture rwh0", 0, "out.bmp", "255,31=ff0000|0,32=0000ff"},
     // Each row's corners, unflipped for RAV text, in its strip of the narrow sheet: V by sixteenths.
-    {RAVATLAS "--shade 0 --texture rwh0",
-     0,
-     "out.oif",
-     {"rwh0", "7237230, 0, 0.0625]", "7237230, 1, 0.0625]", "7237230, 1, 0]", "7237230, 0, 0]", "7237230, 0, 0.125]",
-      "7237230, 1, 0.125]", "7237230, 1, 0.0625]", "7237230, 0, 0.0625]"}},
+    {RAVATLAS "--shade 0 --texture rwh0", 0, "out.oif",
+     "rwh0|7237230, 0, 0.0625]|7237230, 1, 0.0625]|7237230, 1, 0]|7237230, 0, 0]|7237230, 0, 0.125]|7237230, 1, "
+     "0.125]|7237230, 1, 0.0625]|7237230, 0, 0.0625]"},
 };
 
 bool Printing(const std::string& verb) {
@@ -382,8 +295,9 @@ void Check(const Row& row, const std::string& dir, const Outcome& run) {
         text = where.ends_with(".oif") ? RunCli(dir, {"dump", dir + "/" + where}).out : ReadText(dir + "/" + where);
     }
     std::size_t at = 0;
-    for (const std::string& n : row.needles) {
-        const std::string needle = Placed(n, dir);
+    std::istringstream needles(row.needles);
+    for (std::string needle; std::getline(needles, needle, '|');) {
+        needle = Placed(needle, dir);
         if (needle[0] == '!') {
             EXPECT_EQ(text.find(needle.substr(1)), std::string::npos) << needle;
         } else if (needle[0] == '=') {

@@ -128,8 +128,6 @@ TEST(OptionsTexts, NumberBoxesShowAndStoreTheLeadingNumberPrintedAgain) {
         EXPECT_EQ(NumberShown(c.text), c.shown) << c.text;
         if (c.stored) { EXPECT_EQ(NumberStored(c.text), c.stored) << c.text; }
     }
-    EXPECT_EQ(FlagStored(true), "1");
-    EXPECT_EQ(FlagStored(false), "0");
 }
 
 TEST_F(Config, OptionsOpenWithEveryKeyInItsControlsFormAndApplyNormalises) {

@@ -83,7 +83,6 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     EXPECT_EQ(m.desktop.commands, want);
     const std::vector<std::string> calls = ReadAllLines(m.log);
     ASSERT_EQ(calls.size(), 8u);
-    EXPECT_EQ(calls[0], "gfxpak|" + temp + "|-u " + archive);
     for (const std::string& call : calls) EXPECT_EQ(call.rfind("gfxpak|" + temp + "|", 0), 0u) << "run in the scratch";
     EXPECT_EQ(ReadText(temp + "/stad5.big"), "BIGF five") << "the archive is copied into the scratch folder";
     ASSERT_EQ(m.desktop.messages.size(), 1u);
