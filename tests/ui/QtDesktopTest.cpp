@@ -67,65 +67,42 @@ private slots:
         QCOMPARE(clicks, 1);
     }
 
-    void filtersTakeQtsForm_data() {
-        QTest::addColumn<QString>("filter");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("one pair") << "OIF Files|*.oif"
-                                  << "OIF Files (*.oif)";
-        QTest::newRow("several patterns") << "3D Studio|*.3ds;*.3DS"
-                                          << "3D Studio (*.3ds *.3DS)";
-        QTest::newRow("several pairs") << "OIF file|*.oif|O file|*.o"
-                                       << "OIF file (*.oif);;O file (*.o)";
-        QTest::newRow("patterns already in the description") << "Text Files (*.txt)|*.txt|All Files (*.*)|*.*"
-                                                             << "Text Files (*.txt);;All Files (*.*)";
-        QTest::newRow("brackets without patterns stay") << "Bitmap (24 bit)|*.bmp"
-                                                        << "Bitmap (24 bit) (*.bmp)";
-        QTest::newRow("dangling description is dropped") << "CSV|*.csv|Half"
-                                                         << "CSV (*.csv)";
-        QTest::newRow("empty") << ""
-                               << "";
-    }
     void filtersTakeQtsForm() {
-        QFETCH(QString, filter);
-        QFETCH(QString, expected);
-        QCOMPARE(QtFileFilter(filter.toStdString()), expected);
+        const std::pair<const char*, const char*> rows[] = {
+            {"3D Studio|*.3ds;*.3DS", "3D Studio (*.3ds *.3DS)"},
+            {"OIF file|*.oif|O file|*.o", "OIF file (*.oif);;O file (*.o)"},
+            {"Text Files (*.txt)|*.txt|All Files (*.*)|*.*", "Text Files (*.txt);;All Files (*.*)"},
+            {"Bitmap (24 bit)|*.bmp", "Bitmap (24 bit) (*.bmp)"},
+            {"CSV|*.csv|Half", "CSV (*.csv)"},
+            {"", ""}};
+        for (const auto& [filter, expected] : rows) QCOMPARE(QtFileFilter(filter), QString(expected));
     }
 
-    void messageBoxShowsTheTextWithNewlinesAndReturnsTheAnswer_data() {
-        QTest::addColumn<int>("icon");
-        QTest::addColumn<int>("buttons");
-        QTest::addColumn<int>("press");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<int>("qtIcon");
-        QTest::newRow("question, No") << int(MessageIcon::Question) << int(MessageButtons::YesNo)
-                                      << int(QMessageBox::No) << int(MessageAnswer::No) << int(QMessageBox::Question);
-        QTest::newRow("exclamation, Yes")
-            << int(MessageIcon::Exclamation) << int(MessageButtons::YesNo) << int(QMessageBox::Yes)
-            << int(MessageAnswer::Yes) << int(QMessageBox::Warning);
-        QTest::newRow("critical, OK") << int(MessageIcon::Critical) << int(MessageButtons::OK) << int(QMessageBox::Ok)
-                                      << int(MessageAnswer::OK) << int(QMessageBox::Critical);
-        QTest::newRow("retry") << int(MessageIcon::Information) << int(MessageButtons::RetryCancel)
-                               << int(QMessageBox::Retry) << int(MessageAnswer::Retry) << int(QMessageBox::Information);
-        QTest::newRow("cancel of three") << int(MessageIcon::None) << int(MessageButtons::YesNoCancel)
-                                         << int(QMessageBox::Cancel) << int(MessageAnswer::Cancel)
-                                         << int(QMessageBox::NoIcon);
-    }
     void messageBoxShowsTheTextWithNewlinesAndReturnsTheAnswer() {
-        QFETCH(int, icon);
-        QFETCH(int, buttons);
-        QFETCH(int, press);
-        QFETCH(int, answer);
-        QFETCH(int, qtIcon);
+        const struct {
+            MessageIcon icon;
+            MessageButtons buttons;
+            QMessageBox::StandardButton press;
+            MessageAnswer answer;
+            QMessageBox::Icon qtIcon;
+        } rows[] = {
+            {MessageIcon::Question, MessageButtons::YesNo, QMessageBox::No, MessageAnswer::No, QMessageBox::Question},
+            {MessageIcon::Exclamation, MessageButtons::YesNo, QMessageBox::Yes, MessageAnswer::Yes,
+             QMessageBox::Warning},
+            {MessageIcon::Critical, MessageButtons::OK, QMessageBox::Ok, MessageAnswer::OK, QMessageBox::Critical},
+            {MessageIcon::Information, MessageButtons::RetryCancel, QMessageBox::Retry, MessageAnswer::Retry,
+             QMessageBox::Information},
+            {MessageIcon::None, MessageButtons::YesNoCancel, QMessageBox::Cancel, MessageAnswer::Cancel,
+             QMessageBox::NoIcon}};
         QtDesktop desktop;
-        SeenBox seen;
-        AnswerNextBox(seen, QMessageBox::StandardButton(press));
-        const MessageAnswer got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", MessageIcon(icon),
-                                                  MessageButtons(buttons));
-        QCOMPARE(int(got), answer);
-        QCOMPARE(seen.text, QString("First line\n\nThird line"));
-        QCOMPARE(seen.title, QString("VORN Terramason"));
-        QCOMPARE(int(seen.icon), qtIcon);
-        QVERIFY(seen.buttons & QMessageBox::StandardButton(press));
+        for (const auto& row : rows) {
+            SeenBox seen;
+            AnswerNextBox(seen, row.press);
+            const MessageAnswer got =
+                desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons);
+            QVERIFY(got == row.answer && seen.icon == row.qtIcon && (seen.buttons & row.press));
+            QCOMPARE(seen.text + "|" + seen.title, QString("First line\n\nThird line|VORN Terramason"));
+        }
     }
 
     void saveDialogTakesAnExistingFileWithoutAskingItself() {
@@ -191,24 +168,17 @@ private slots:
         QCOMPARE(out.readAll(), QByteArray("converted\nfailed\n"));
     }
 
-    void clipboardTextGoesBothWays() {
+    void clipboardTextAndPictureGoBothWaysAndReplaceEachOther() {
         QtDesktop desktop;
         desktop.SetClipboardText("tp01 cr02 \xC3\xA9");
         QCOMPARE(desktop.ClipboardText(), std::string("tp01 cr02 \xC3\xA9"));
-    }
-
-    void clipboardPictureGoesBothWaysAndReplacesText() {
-        QtDesktop desktop;
-        desktop.SetClipboardText("tp01");
         desktop.SetClipboardImage(PngOf(QColor(10, 200, 30), 5, 2));
-
         const std::vector<std::uint8_t> back = desktop.ClipboardImage();
         QImage read;
         QVERIFY(read.loadFromData(back.data(), int(back.size())));
         QCOMPARE(read.size(), QSize(5, 2));
         QCOMPARE(read.pixelColor(4, 1), QColor(10, 200, 30));
         QCOMPARE(desktop.ClipboardText(), std::string());
-
         desktop.SetClipboardText("tp02");
         QVERIFY(desktop.ClipboardImage().empty());
     }

@@ -1,5 +1,6 @@
 // The RAV Convertor: the browse buttons and the enable rule of "&Ok", what "&Ok" does with a
-// good export, a refused one and a missing choice, and its help page.
+// good export, a refused one and a missing choice, and its help page. The script is
+// RhinoScriptTest's.
 #include <QAction>
 #include <QLineEdit>
 #include <QPushButton>
@@ -44,25 +45,20 @@ private slots:
     }
     void cleanup() { program_.reset(); }
 
-    void browseButtonsFillTheBoxesAndOkWaitsForAllThree() {
+    void browseButtonsFillTheBoxesOkWaitsForAllThreeAndHelpOpensItsPage() {
         rhinoravconv w;
         QVERIFY2(w.okbut()->isEnabled(), "paths typed by hand must be usable");
-        // The third answer cancels the first script dialog; the last folder already ends in "/".
+        // The third answer cancels the script dialog; a folder gets one "/".
         desktop_->dialogAnswers = {"/data/stand.txt", "/data/tex", "", "/data/out", "/data/tex/"};
-        QTest::mouseClick(w.ravbut(), Qt::LeftButton);
-        QTest::mouseClick(w.texbut(), Qt::LeftButton);
-        QCOMPARE(w.texbox()->text(), QString("/data/tex/"));
-        QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
-        QVERIFY(w.rhinobox()->text().isEmpty());
+        for (QWidget* button : {w.ravbut(), w.texbut(), w.rhinobut()}) QTest::mouseClick(button, Qt::LeftButton);
         QVERIFY(!w.okbut()->isEnabled());
         QTest::mouseClick(w.rhinobut(), Qt::LeftButton);
         QVERIFY(w.okbut()->isEnabled());
         QTest::mouseClick(w.texbut(), Qt::LeftButton);
         QCOMPARE((QStringList{w.ravbox()->text(), w.texbox()->text(), w.rhinobox()->text()}),
                  (QStringList{"/data/stand.txt", "/data/tex/", "/data/out.txt"}));
-        QCOMPARE(desktop_->dialogTitles,
-                 (std::vector<std::string>{"Export RAV Text file...", "Select texture path...", "Save RhinoScipt...",
-                                           "Save RhinoScipt...", "Select texture path..."}));
+        QTest::mouseClick(w.helpbut(), Qt::LeftButton);
+        QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("ravconvertor.html")}));
     }
 
     void okWritesTheScriptAndClosesTheWindow() {
@@ -91,9 +87,7 @@ private slots:
         w.ravbox()->clear();
         QVERIFY2(w.okbut()->isEnabled(), "typing does not run checkboxes");
         QTest::mouseClick(w.okbut(), Qt::LeftButton);
-        QCOMPARE(desktop_->messages.size(), std::size_t(1));
-        QCOMPARE(desktop_->messages[0].text, std::string("Please choose the RAV Text file to import, the textures path "
-                                                         "and the RhinoScript output file name.   "));
+        QVERIFY(desktop_->messages.at(0).text.rfind("Please choose the RAV Text file", 0) == 0);
 
         w.ravbox()->setText(QString::fromStdString(folder_->file("short.txt")));
         QTest::mouseClick(w.okbut(), Qt::LeftButton);
@@ -101,12 +95,6 @@ private slots:
         QVERIFY(desktop_->messages[1].text.rfind("Invalid RAV file!", 0) == 0);
         QVERIFY(w.isVisible());
         QVERIFY(!QFile::exists(QString::fromStdString(script)));
-    }
-
-    void helpOpensItsPageOfTheHelpBook() {
-        rhinoravconv w;
-        QTest::mouseClick(w.helpbut(), Qt::LeftButton);
-        QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("ravconvertor.html")}));
     }
 };
 

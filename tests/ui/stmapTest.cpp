@@ -1,11 +1,12 @@
-// The Stadium Importer: loading a model into the list and the sheet, the sheet's size, mapping
-// and resetting with their Ctrl gestures, drags with both snaps, handles and arrow keys driven
-// by real mouse and key events, the bounds check, the export with its bitmap and part, and the
-// exit question of every close.
+// The Stadium Importer and its Settings driven by real mouse and key events: a load fills the list
+// and the sheet, Map, Reset, drags, handles and keys reach the layout, the export paints its bitmap
+// and adds a part, and every close asks. Sizes, snaps, bounds and UVs are AtlasLayoutTest's and
+// ImportPartTest's, the texture search ImportTexturesTest's.
 #define QTEST_QPA_MOUSE_HANDLING  // mouse events through the window, as the platform sends them
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
 #include <QTreeWidget>
@@ -16,9 +17,9 @@
 #include "WindowTestKit.h"
 #include "core/oif.h"
 #include "importer/ui/stmap.h"
+#include "importer/ui/stmapSettings.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
-#include "shell/ui/vorn.h"
 
 namespace {
 
@@ -37,8 +38,11 @@ void WriteTextures(const ScratchFolder& folder) {
     pitch.fill(Green);
     QVERIFY(pitch.save(QString::fromStdString(folder.file("pitch.bmp")), "BMP"));
 }
-
 QPoint At(const TextureBox& b, int dx, int dy) { return {b.Left + dx, b.Top + dy}; }
+QPoint Corner(const TextureBox& b) { return {b.Left, b.Top}; }
+QSettings Store() { return QSettings(QSettings::NativeFormat, QSettings::UserScope, "VORN", "Terramason"); }
+// A click on the box's indicator: a wide box takes clicks on its text and indicator only.
+void Tick(QCheckBox* box) { QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(6, box->height() / 2)); }
 
 }  // namespace
 
@@ -48,7 +52,6 @@ class stmapTest : public QObject {
     std::unique_ptr<ScratchProgram> program_;
     ScriptedDesktop* desktop_ = nullptr;
 
-    // Opens the importer on box.3ds and makes it the active window.
     stmap* open() {
         WriteTextures(program_->folder);
         desktop_->dialogAnswers = {Model, program_->folder.path()};
@@ -57,27 +60,28 @@ class stmapTest : public QObject {
         if (w) MakeActive(*w);
         return w;
     }
-    // A drag with the left button in the sheet's pixels: pressed at `from`, moved to `to`.
-    static void Drag(stmap* w, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {}) {
-        QTest::mousePress(w->picBg(), Qt::LeftButton, keys, from);
+    static void Drag(stmap* w, QPoint from, QPoint to) {
+        QTest::mousePress(w->picBg(), Qt::LeftButton, {}, from);
         QTest::mouseMove(w->picBg(), (from + to) / 2);
         QTest::mouseMove(w->picBg(), to);
-        QTest::mouseRelease(w->picBg(), Qt::LeftButton, keys, to);
+        QTest::mouseRelease(w->picBg(), Qt::LeftButton, {}, to);
     }
-    static void MapAll(stmap* w) { QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier); }
-    // The widget shows the layout's numbers.
+    static void Click(QWidget* button, Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(button, Qt::LeftButton, keys);
+    }
     static bool Shows(stmap* w, int n) {
         const TextureBox& b = w->box(n);
         return w->picTex(n)->geometry() == QRect(b.Left, b.Top, b.Width, b.Height) &&
                w->picTex(n)->isVisible() == b.Visible;
     }
-    static void Place(stmap* w, int n, int left, int top) {
-        w->chkSnapToEdge()->setChecked(false);
-        w->chkSnapToTex()->setChecked(false);
-        const TextureBox b = w->box(n);
-        Drag(w, At(b, 5, 5), QPoint(left + 5, top + 5));
-        w->chkSnapToEdge()->setChecked(true);
-        w->chkSnapToTex()->setChecked(true);
+    static void Snaps(stmap* w, bool on) {
+        w->chkSnapToEdge()->setChecked(on);
+        w->chkSnapToTex()->setChecked(on);
+    }
+    void closeAnswering(stmap* w) {
+        desktop_->answers = {MessageAnswer::Yes};
+        w->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
 private slots:
@@ -93,281 +97,180 @@ private slots:
         program_.reset();
     }
 
-    void loadingListsTheTexturesUnmappedAtTheCentreOfTheSheet() {
-        {
-            QSettings store(QSettings::NativeFormat, QSettings::UserScope, "VORN", "Terramason");
-            store.setValue("Settings/FlipV", "0");  // an earlier run's value wins over the 3DS default
-        }
-        stmap* w = open();
+    void theToolsMenuLoadsTheModelIntoTheListAndTheSheet() {
+        Store().setValue("Settings/FlipV", "0");  // an earlier run's value wins over the 3DS default
+        WriteTextures(program_->folder);
+        desktop_->dialogAnswers = {Model, program_->folder.path()};
+        vorn frame;
+        frame.menuAction("Stadium Importer")->setEnabled(true);
+        frame.menuAction("Stadium Importer")->trigger();
+        stmap* w = stmap::existing();
         QVERIFY(w && w->isVisible() && w->isEnabled());
         QCOMPARE(desktop_->dialogTitles,
                  (std::vector<std::string>{"Select file to import...", "Select Textures Path"}));
-        QCOMPARE(w->textureCount(), 2);
         QCOMPARE(w->lvTex()->topLevelItem(1)->text(0), QString("pitch.bmp"));
         QCOMPARE(w->currentItem(), 1);
-        QCOMPARE(w->box(1), (TextureBox{192, 224, 128, 64, false}));
-        QCOMPARE(w->box(2), (TextureBox{224, 224, 64, 64, false}));
-        QVERIFY(Shows(w, 1) && Shows(w, 2));
+        QVERIFY(Shows(w, 1) && Shows(w, 2) && !w->box(1).Visible);
         QCOMPARE(Importer.Settings.FlipV, std::int16_t(0));
-        QCOMPARE(Importer.Settings.Shade, std::int16_t(1));
         QCOMPARE(Importer.TexturesPath, program_->folder.path() + "/");
-        QCOMPARE(w->cboTexsize()->currentText(), QString("512x512"));
-        QCOMPARE(w->texturebox()->currentText(), QString("tp00"));
-        const QStringList names = {"tp00", "tp01", "tp02", "tp03", "tp04", "tp05", "SL00", "SL01", "SL02", "gras",
-                                   "grsb", "grsc", "adba", "adbb", "adbc", "abna", "abnb", "abnc", "afla", "aflb",
-                                   "aflc", "hbna", "hbnb", "hbnc", "hfla", "hflb", "hflc", "rwa0", "rwa1", "rwa2",
-                                   "rwa3", "rwh0", "rwh1", "rwh2", "rwh3", "alga", "algb", "hlga", "hlgb"};
-        QCOMPARE(ComboRows(w->texturebox()), names);
-        QCOMPARE(w->size(), QSize(672, 539));
-        QCOMPARE(w->picBg()->geometry(), QRect(156, 4, 512, 512));
-        // The window follows the sheet's width, never its height; textures stay where they are.
+        // The window follows the sheet's width; textures stay where they are.
         UserPicksRow(w->cboTexsize(), 1);
         QCOMPARE(w->picBg()->size(), QSize(256, 512));
         QCOMPARE(w->size(), QSize(416, 539));
         QCOMPARE(w->box(1).Left, 192);
-        UserPicksRow(w->cboTexsize(), 0);
-        QCOMPARE(w->size(), QSize(672, 539));
-        QCOMPARE(w->lblSize()->text() + w->Label1()->text(), QString("Size: Texture name:"));
-
-        // Asked for again, the open importer is only shown.
-        stmap::open(nullptr);
+        stmap::open(nullptr);  // asked for again, the open importer is only shown
         QCOMPARE(stmap::existing(), w);
         QCOMPARE(desktop_->dialogTitles.size(), std::size_t(2));
     }
 
-    void givingUpTheLoadAsksTheExitQuestionAndNoKeepsAnEmptyImporter() {
+    void aLoadGivenUpAsksTheExitQuestionAndNoKeepsAnImporterThatActsOnNothing() {
         desktop_->answers = {MessageAnswer::Yes};
         stmap::open(nullptr);
-        QCOMPARE(desktop_->messages.size(), std::size_t(1));
-        QCOMPARE(desktop_->messages[0].text, std::string("Are you sure you want to exit Stadium Importer?   "));
-        QCOMPARE(desktop_->messages[0].title, std::string("Stadium Importer"));
+        QCOMPARE(desktop_->messages.at(0).text, std::string(ExitQuestion));
         QVERIFY(!stmap::existing());
-
-        // A model of another kind is told first; No keeps the window, empty.
-        desktop_->dialogAnswers = {program_->folder.file("stand.obj"), program_->folder.path()};
-        desktop_->answers = {MessageAnswer::No};
-        stmap::open(nullptr);
-        QCOMPARE(desktop_->messages[1].text, std::string("File extension is not supported!"));
-        QCOMPARE(desktop_->messages[2].text, std::string(ExitQuestion));
-        stmap* w = stmap::existing();
-        QVERIFY(w && w->isVisible() && w->isEnabled());
-        QCOMPARE(w->lvTex()->topLevelItemCount(), 0);
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier);
-        QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
-        QCOMPARE(w->currentItem(), 0);
-        w->close();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-
-        // Given up at the second texture, and at a picture that cannot be read: nothing is kept of
-        // the textures found before, so every command acts on an empty list.
         WriteTextures(program_->folder);
         WriteFile(program_->folder.file("broken.bmp"), {'B', 'M', 1});
         std::filesystem::remove(program_->folder.file("pitch.bmp"));
-        for (const std::string& answer : {std::string(), program_->folder.file("broken.bmp")}) {
-            desktop_->dialogAnswers = {Model, program_->folder.path(), answer};
+        const std::vector<std::string> answers[] = {
+            {program_->folder.file("stand.obj"), program_->folder.path()},
+            {Model, program_->folder.path(), ""},
+            {Model, program_->folder.path(), program_->folder.file("broken.bmp")}};
+        for (const auto& given : answers) {
+            desktop_->dialogAnswers = {given.begin(), given.end()};
             desktop_->answers = {MessageAnswer::No};
             stmap::open(nullptr);
-            w = stmap::existing();
-            QVERIFY(w);
+            stmap* w = stmap::existing();
+            QVERIFY(w && w->isVisible() && w->isEnabled());
+            QCOMPARE(desktop_->messages.back().text, std::string(ExitQuestion));
             QCOMPARE(w->lvTex()->topLevelItemCount(), 0);
-            QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-            QTest::mouseClick(w->cmdMap(), Qt::LeftButton, Qt::ControlModifier);
-            QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
-            QTest::mouseClick(w->cmdCheckBounds(), Qt::LeftButton);
+            Click(w->cmdMap());
+            Click(w->cmdMap(), Qt::ControlModifier);
+            Click(w->cmdReset());
+            Click(w->cmdCheckBounds());
             w->repaint();
-            desktop_->answers = {MessageAnswer::Yes};
-            w->close();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            closeAnswering(w);
         }
+        QCOMPARE(desktop_->messages.at(1).text, std::string("File extension is not supported!"));
     }
 
-    void mapAndResetActOnTheSelectedTextureAndWithCtrlOnAll() {
+    void mapResetAndBoundsActOnTheSelectedTextureAndWithCtrlOnAll() {
         stmap* w = open();
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        QVERIFY(w->box(1).Visible && !w->box(2).Visible);
-        QVERIFY(Shows(w, 1));
-        QVERIFY(w->picHandle(8)->isVisible());
+        Click(w->cmdMap());
+        QVERIFY(w->box(1).Visible && !w->box(2).Visible && Shows(w, 1));
         QCOMPARE(w->picHandle(8)->pos(), QPoint(320, 288));
-        // Ctrl maps all, and the click toggles the selected one off again.
-        MapAll(w);
-        QVERIFY(!w->box(1).Visible && w->box(2).Visible);
-        QVERIFY(!w->picHandle(8)->isVisible());
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        QTest::mouseClick(w->cmdReset(), Qt::LeftButton);
-        QCOMPARE(w->box(1), (TextureBox{-704, -224, 1920, 960, true}));
-        QTest::mouseClick(w->cmdReset(), Qt::LeftButton, Qt::ControlModifier);
-        QCOMPARE(w->box(2), (TextureBox{-224, -224, 960, 960, true}));
-        QVERIFY(Shows(w, 1) && Shows(w, 2));
-        QVERIFY(w->lvTex()->hasFocus());
-        QTest::mouseClick(w->cmdCheckBounds(), Qt::LeftButton);
+        Click(w->cmdMap(), Qt::ControlModifier);
+        QVERIFY(!w->box(1).Visible && w->box(2).Visible && !w->picHandle(8)->isVisible());
+        Click(w->cmdMap());
+        Click(w->cmdReset());
+        QCOMPARE(w->box(1).Width, 1920);
+        QCOMPARE(w->box(2).Width, 64);
+        Click(w->cmdReset(), Qt::ControlModifier);
+        QVERIFY(w->box(2).Width == 960 && Shows(w, 2));
+        Click(w->cmdCheckBounds());
         QCOMPARE(desktop_->messages.back().text, std::string("Texture 'wall.bmp' is out of image boundaries."));
-        QCOMPARE(desktop_->messages.back().title, std::string("Check Bounds"));
-        // A row chosen with the keys is the texture the commands act on.
         w->lvTex()->setFocus();
         QTest::keyClick(w->lvTex(), Qt::Key_Down);
         QCOMPARE(w->currentItem(), 2);
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        QVERIFY(!w->box(2).Visible && w->box(1).Visible);
     }
 
-    void draggingATextureSnapsToTheEdgesAndToOtherTextures() {
+    void dragsHandlesAndKeysMoveTheTextures() {
         stmap* w = open();
-        MapAll(w);
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);  // and texture 1 back on
-        // Left 192 to 3: snaps to 0; top 224 to 4 stays. The handles hide during the drag.
+        Click(w->cmdMap(), Qt::ControlModifier);
+        Click(w->cmdMap());
+        // 192 to 3 snaps to the edge; the handles hide during the drag.
         QTest::mousePress(w->picBg(), Qt::LeftButton, {}, At(w->box(1), 10, 10));
-        QVERIFY(w->texDragging());
         QTest::mouseMove(w->picBg(), QPoint(13, 14));
-        QVERIFY(!w->picHandle(1)->isVisible());
-        QCOMPARE(w->box(1).Left, 0);
-        QCOMPARE(w->box(1).Top, 4);
+        QVERIFY(w->texDragging() && !w->picHandle(1)->isVisible());
+        QCOMPARE(Corner(w->box(1)), QPoint(0, 4));
         QCOMPARE(w->panel(2)->text(), QString("(0, 4) 128x64"));
-        QTest::mouseMove(w->picBg(), QPoint(14, 14));
-        QCOMPARE(w->box(1).Left, 4);
-        QTest::mouseRelease(w->picBg(), Qt::LeftButton, {}, QPoint(14, 14));
-        QVERIFY(!w->texDragging());
-        QVERIFY(w->picHandle(1)->isVisible());
-        QCOMPARE(w->picHandle(1)->pos(), QPoint(-2, -2));
-
-        // Pressing texture 2 selects it (Autoselect) and drags it; its left edge 2 right of the
-        // other's right edge snaps onto it.
-        const TextureBox second = w->box(2);
-        Drag(w, At(second, 5, 5), QPoint(134 + 5, 30 + 5));
-        QCOMPARE(w->currentItem(), 2);
-        QCOMPARE(w->lvTex()->currentItem(), w->lvTex()->topLevelItem(1));
-        QCOMPARE((QPoint(w->box(2).Left, w->box(2).Top)), QPoint(132, 30));
-        QVERIFY(Shows(w, 2));
-        // With both snaps off any place is taken, negative ones too.
-        w->chkSnapToEdge()->setChecked(false);
-        w->chkSnapToTex()->setChecked(false);
+        QTest::mouseRelease(w->picBg(), Qt::LeftButton, {}, QPoint(13, 14));
+        QVERIFY(!w->texDragging() && w->picHandle(1)->isVisible());
+        // A press on texture 2 selects it (Autoselect); without snaps any place is taken.
+        Snaps(w, false);
         Drag(w, At(w->box(2), 5, 5), QPoint(-3, 1));
-        QCOMPARE((QPoint(w->box(2).Left, w->box(2).Top)), QPoint(-8, -4));
-        // Without Autoselect a press on another texture does nothing.
+        QCOMPARE(w->lvTex()->currentItem(), w->lvTex()->topLevelItem(1));
+        QCOMPARE(Corner(w->box(2)), QPoint(-8, -4));
+        QVERIFY(Shows(w, 2));
         w->chkAutoselect()->setChecked(false);
         Drag(w, At(w->box(1), 96, 36), QPoint(300, 300));
         QCOMPARE(w->currentItem(), 2);
-        QCOMPARE(w->box(1).Left, 4);
-    }
-
-    void handlesResizeWithoutSnappingAndKeysMoveAndSize() {
-        stmap* w = open();
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        // Handle 8 by (+10, +5): the bottom right corner follows; the handles come back after.
+        QCOMPARE(w->box(1).Left, 0);
+        // Handle 8 of texture 1 by (+10, +5) resizes it, then the keys move and size it.
+        w->lvTexItemClick(1);
         const QPoint corner = w->picHandle(8)->pos() + QPoint(3, 3);
-        QTest::mousePress(w->picBg(), Qt::LeftButton, {}, corner);
-        QVERIFY(w->handleDragging());
-        QVERIFY(!w->picHandle(8)->isVisible());
-        QTest::mouseMove(w->picBg(), corner + QPoint(4, 2));
-        QTest::mouseMove(w->picBg(), corner + QPoint(10, 5));
-        QCOMPARE(w->box(1), (TextureBox{192, 224, 138, 69, true}));
-        QVERIFY(Shows(w, 1));
-        QTest::mouseRelease(w->picBg(), Qt::LeftButton, {}, corner + QPoint(10, 5));
-        QVERIFY(!w->handleDragging());
-        QCOMPARE(w->picHandle(8)->pos(), QPoint(330, 293));
-        // Handle 4 dragged past the right edge in two steps: the left goes on, the width stays at
-        // what the first step left.
-        const QPoint left = w->picHandle(4)->pos() + QPoint(3, 3);
-        Drag(w, left, left + QPoint(200, 0));
-        QCOMPARE(w->box(1), (TextureBox{392, 224, 38, 69, true}));
-        // The handle handed the focus to the texture: keys act at once.
+        Drag(w, corner, corner + QPoint(10, 5));
+        QCOMPARE(w->box(1), (TextureBox{0, 4, 138, 69, true}));
+        QCOMPARE(w->picHandle(8)->pos(), QPoint(138, 73));
         QCOMPARE(QApplication::focusWidget(), w->picTex(1));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ControlModifier);
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left, Qt::ShiftModifier | Qt::ControlModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ShiftModifier);
-        QCOMPARE(w->box(1), (TextureBox{391, 229, 33, 70, true}));
+        QCOMPARE(w->box(1), (TextureBox{1, 4, 138, 70, true}));
         QVERIFY(Shows(w, 1));
-        QCOMPARE(w->picHandle(8)->pos(), QPoint(424, 299));
     }
 
     void exportPaintsTheBitmapAndAddsAPartEachTime() {
         SpyViews views;
         stmap* w = open();
-        MapAll(w);
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        Place(w, 1, 256, 64);
-        Place(w, 2, 0, 0);
-        QCOMPARE(w->box(1), (TextureBox{256, 64, 128, 64, true}));
+        Click(w->cmdMap(), Qt::ControlModifier);
+        Click(w->cmdMap());
+        Snaps(w, false);
+        Drag(w, At(w->box(1), 5, 5), QPoint(256 + 5, 64 + 5));
+        Drag(w, At(w->box(2), 5, 5), QPoint(5, 5));
         const std::string bitmap = program_->folder.file("atlas");
         desktop_->answers = {MessageAnswer::Yes};
         desktop_->dialogAnswers = {bitmap};
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
-        QCOMPARE(desktop_->messages[0].text, std::string(ExportQuestion));
-        QCOMPARE(desktop_->dialogTitles.back(), std::string("Save Bitmap As..."));
+        Click(w->cmdExport());
         QCOMPARE(desktop_->messages.back().text, std::string(ImportedMessage));
-        QVERIFY(w->isEnabled());
-        QCOMPARE(views.count("RefreshPartsList"), 1);
-        QCOMPARE(views.count("RebuildPreviews"), 1);
-        QCOMPARE(desktop_->loadingTexts.back(), std::string("Processing 3ds file..."));
-        QVERIFY(!desktop_->loadingShown);
-
+        QVERIFY(w->isEnabled() && !desktop_->loadingShown);
+        QCOMPARE(views.count("RefreshPartsList") + views.count("RebuildPreviews"), 2);
         const QImage atlas(QString::fromStdString(bitmap + ".bmp"));
         QCOMPARE(atlas.size(), QSize(512, 512));
-        QCOMPARE(atlas.pixelColor(256, 64), Red);
-        QCOMPARE(atlas.pixelColor(383, 127), Blue);
-        QCOMPARE(atlas.pixelColor(63, 63), Green);
-        for (QPoint black : {QPoint(255, 64), QPoint(384, 64), QPoint(256, 128), QPoint(64, 10)})
-            QCOMPARE(atlas.pixelColor(black), QColor(Qt::black));
-
+        for (const auto& [at, colour] : {std::pair{QPoint(256, 64), Red},
+                                         {QPoint(383, 127), Blue},
+                                         {QPoint(63, 63), Green},
+                                         {QPoint(255, 64), QColor(Qt::black)}})
+            QCOMPARE(atlas.pixelColor(at), colour);
         QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(1));
-        const OIFPart& part = CurrentProject.OIF.Parts[0];
-        QCOMPARE(part.Header.Name.str(), std::string("Part 0 [tp00]") + std::string(15, ' '));
-        for (const OIFVertex& v : part.Vertices) {
-            const bool stand = v.Z == 0;  // the Stand's quad lies at Z 0, the Pitch's triangle beyond
-            QVERIFY(v.U >= (stand ? 0.5f : 0.0f) && v.U <= (stand ? 0.75f : 0.125f));
-            QVERIFY(v.V >= (stand ? 0.125f : 0.0f) && v.V <= (stand ? 0.25f : 0.125f));
-        }
-
-        // Stretched to twice its size and exported again over the first bitmap: a second part
-        // of the next number.
-        w->lvTexItemClick(1);
-        Drag(w, w->picHandle(8)->pos() + QPoint(3, 3), w->picHandle(8)->pos() + QPoint(3 + 128, 3 + 64));
-        QCOMPARE(w->box(1), (TextureBox{256, 64, 256, 128, true}));
-        desktop_->answers = {MessageAnswer::Yes};
+        for (const OIFVertex& v : CurrentProject.OIF.Parts[0].Vertices)
+            QVERIFY(v.Z == 0 ? v.U >= 0.5f && v.U <= 0.75f : v.U <= 0.125f);  // the Stand lies at Z 0
+        desktop_->answers = {MessageAnswer::Yes, MessageAnswer::Yes};         // and replace the bitmap
         desktop_->dialogAnswers = {bitmap + ".bmp"};
-        desktop_->answers.push_back(MessageAnswer::Yes);  // replace the bitmap
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
-        QCOMPARE(QImage(QString::fromStdString(bitmap + ".bmp")).pixelColor(511, 191), Blue);
+        Click(w->cmdExport());
         QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(2));
         QCOMPARE(CurrentProject.OIF.Parts[1].Header.Name.str().substr(0, 14), std::string("Part 1 [tp00] "));
     }
 
     void exportStopsAtTheBoundsAndACancelledDialogLeavesTheWindowDisabled() {
         stmap* w = open();
-        desktop_->answers = {MessageAnswer::No};
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
+        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
+        Click(w->cmdExport());
         QCOMPARE(desktop_->messages.size(), std::size_t(1));
-        desktop_->answers = {MessageAnswer::Yes};
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
+        Click(w->cmdExport());
         QCOMPARE(desktop_->messages.back().text, std::string("Texture cannot be properly made. Please check bounds!"));
-        QCOMPARE(desktop_->messages.back().icon, MessageIcon::Exclamation);
         QVERIFY(w->isEnabled());
-
-        MapAll(w);
-        QTest::mouseClick(w->cmdMap(), Qt::LeftButton);
-        Place(w, 2, 0, 0);
+        Click(w->cmdMap(), Qt::ControlModifier);
+        Click(w->cmdMap());
+        Snaps(w, false);
+        Drag(w, At(w->box(2), 5, 5), QPoint(5, 5));
         desktop_->answers = {MessageAnswer::Yes};
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
-        QVERIFY(!w->isEnabled());
-        QVERIFY(CurrentProject.OIF.Parts.empty());
-
+        Click(w->cmdExport());
+        QVERIFY(!w->isEnabled() && CurrentProject.OIF.Parts.empty());
         // With AutoClose the exit question follows the export; No leaves the window disabled.
         w->setEnabled(true);
         WriteConfig("Stadium Importer", "AutoClose", "1");
         desktop_->answers = {MessageAnswer::Yes, MessageAnswer::No};
         desktop_->dialogAnswers = {program_->folder.file("auto.bmp")};
-        QTest::mouseClick(w->cmdExport(), Qt::LeftButton);
+        Click(w->cmdExport());
         QCOMPARE(desktop_->messages.back().text, std::string(ExitQuestion));
-        QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(1));
-        QVERIFY(w->isVisible() && !w->isEnabled());
+        QVERIFY(CurrentProject.OIF.Parts.size() == 1 && w->isVisible() && !w->isEnabled());
     }
 
     void everyCloseAsksAndHelpOpensItsPage() {
         stmap* w = open();
-        QTest::mouseClick(w->Command1(), Qt::LeftButton);
+        Click(w->Command1());
         QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("stadiumimporter.html")}));
         desktop_->answers = {MessageAnswer::No};
-        QTest::mouseClick(w->cmdExit(), Qt::LeftButton);
+        Click(w->cmdExit());
         QVERIFY(w->isVisible());
         desktop_->answers = {MessageAnswer::Yes};
         QVERIFY(w->close());
@@ -375,13 +278,44 @@ private slots:
         QCOMPARE(desktop_->messages.size(), std::size_t(2));
     }
 
-    void theToolsMenuOpensTheImporter() {
-        vorn frame;
-        WriteTextures(program_->folder);
-        desktop_->dialogAnswers = {Model, program_->folder.path()};
-        frame.menuAction("Stadium Importer")->setEnabled(true);
-        frame.menuAction("Stadium Importer")->trigger();
-        QVERIFY(stmap::existing() && stmap::existing()->isVisible());
+    void settingsShowCleanAndOkWritesTheStoreAndTheProgramAndCancelNothing() {
+        ImportSettings first{5, 5, 5, 5, 5};
+        ReadImporterSettings(first);  // a first run: the defaults, FlipV by the kind of model
+        ReadImporterFlips(first, ImportKind::RAVText);
+        QCOMPARE(first, (ImportSettings{0, 0, 1, 0, 0.5f}));
+        ReadImporterFlips(first, ImportKind::Model3DS);
+        QCOMPARE(first.FlipV, std::int16_t(1));
+        Importer.Settings = {0, 0, 1, 0, 0.25f};
+        {
+            stmapSettings dialog;
+            QVERIFY(MakeActive(dialog));
+            QVERIFY(dialog.chkShade()->isChecked() && !dialog.txtMergeDist()->isEnabled());
+            QCOMPARE(dialog.txtMergeDist()->text(), QString("0.25"));
+            Tick(dialog.chkFlipU());
+            Tick(dialog.chkMerge());
+            QVERIFY(dialog.txtMergeDist()->isEnabled());
+            dialog.txtMergeDist()->setFocus();
+            QTRY_VERIFY(dialog.txtMergeDist()->hasFocus());
+            dialog.txtMergeDist()->setText("0.75x");
+            dialog.chkShade()->setFocus();  // leaving the box keeps the number it begins with
+            QTRY_COMPARE(dialog.txtMergeDist()->text(), QString("0.75"));
+            dialog.txtMergeDist()->setFocus();
+            dialog.txtMergeDist()->setText("1.5m");
+            QTest::mouseClick(dialog.cmdOK(), Qt::LeftButton);  // the click takes the focus first
+            QCOMPARE(dialog.result(), int(QDialog::Accepted));
+        }
+        QCOMPARE(Importer.Settings, (ImportSettings{1, 0, 1, 1, 1.5f}));
+        ImportSettings read;
+        ReadImporterSettings(read);
+        ReadImporterFlips(read, ImportKind::RAVText);
+        QCOMPARE(read, Importer.Settings);
+        stmapSettings again;
+        QVERIFY(MakeActive(again));
+        QCOMPARE(again.txtMergeDist()->text(), QString("1.5"));
+        again.chkShade()->setChecked(false);
+        QTest::mouseClick(again.cmdCancel(), Qt::LeftButton);
+        QCOMPARE(Importer.Settings.Shade, std::int16_t(1));
+        QCOMPARE(Store().value("Settings/Shade").toString(), QString("1"));
     }
 };
 
