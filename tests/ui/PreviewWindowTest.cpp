@@ -198,14 +198,27 @@ private slots:
         openProject();
         writeRedTexture();
         frame_->menuAction("Refresh")->trigger();
+        const auto layout = PreviewWindowLayout();
+        QTest::qWait(200);
+        const QImage screen = frame_->screen()->grabWindow(0).toImage();
         for (int i = 0; i < PreviewWindowCount; ++i) {
-            QCOMPARE(qobject_cast<QMdiSubWindow*>(W(i)->parentWidget())->mdiArea(), frame_->mdiArea());
+            auto* sub = qobject_cast<QMdiSubWindow*>(W(i)->parentWidget());
+            QVERIFY(sub && sub->mdiArea() == frame_->mdiArea() && sub->isVisible());
+            QCOMPARE(sub->geometry(), QRect(layout[i].Left, layout[i].Top, layout[i].Width, layout[i].Height));
             VrmlView* view = W(i)->Cortona1();
             QCOMPARE(view->scene(), QString::fromStdString(ViewFilePath(PreviewWindowNames[i])));
-            const QImage drawn = view->grabFramebuffer();  // only Perspective shows the texture
+            // What the viewer draws reaches the screen; only Perspective shows the texture.
+            const QImage drawn = view->grabFramebuffer();
+            QCOMPARE(screen.pixelColor(view->mapToGlobal(view->rect().center())),
+                     drawn.pixelColor(view->rect().center()));
             QVERIFY2(NotBackground(drawn) > drawn.width() * drawn.height() / 10, PreviewWindowNames[i]);
             QCOMPARE(RedPixels(drawn) > drawn.width() * drawn.height() / 10, i == ViewPerspective);
         }
+        frame_.reset();
+        WriteConfig("Terramason", "Previews", "0");
+        vorn without;
+        without.createnew(0, "Project1");
+        QVERIFY(!W(ViewTop) && !std::filesystem::exists(ViewFilePath("Top")));
     }
 
     void aLeftDragTurnsThePictureWhileHeldAndTheViewAtTheRelease() {
@@ -227,23 +240,33 @@ private slots:
         QTRY_VERIFY(W(ViewPerspective)->Picture1()->hasFocus());
     }
 
-    void wheelKeysAndButtonsChangeTheFirstActiveViewAndRewriteItsFile() {
+    void wheelKeysAndButtonsChangeTheFirstActiveView() {
         openProject();
         auto mark = ViewStamps();
         TurnWheel(W(ViewTop)->Cortona1(), 120);
         QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(), "no window is active");
         focusStrip(ViewPerspective);
-        TurnWheel(W(ViewTop)->Cortona1(), 120);  // over Top: the active Perspective zooms
-        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 1000);
+        QVERIFY(W(ViewPerspective)->showsActiveColour() && !W(ViewTop)->showsActiveColour());
+        TurnWheel(W(ViewTop)->Cortona1(), 2 * 120);  // over Top: the active Perspective zooms
+        QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 2000);
         QCOMPARE(RewrittenSince(mark), std::vector<std::string>{"Perspective"});
-        QVERIFY(ReadText(ViewFilePath("Perspective")).find("position 0 1500 29000") != std::string::npos);
-        // "+" on another window makes it the active one first.
+        QVERIFY(ReadText(ViewFilePath("Perspective")).find("position 0 1500 28000") != std::string::npos);
+        // "+" on another window makes it the active one first; "-" zooms out.
+        QTest::mouseClick(W(ViewRight)->zoomin(), Qt::LeftButton);
+        QTest::mouseClick(W(ViewRight)->zoomout(), Qt::LeftButton);
         QTest::mouseClick(W(ViewRight)->zoomout(), Qt::LeftButton);
         QCOMPARE(PreviewViews[ViewRight].PositionZ, start(ViewRight).PositionZ + 1000);
         QTRY_VERIFY(W(ViewRight)->showsActiveColour() && !W(ViewPerspective)->showsActiveColour());
+        // Arrow keys in the strip pan; every key rewrites the view.
         focusStrip(ViewBack);
         QTest::keyClick(W(ViewBack)->Picture1(), Qt::Key_Left);
+        QTest::keyClick(W(ViewBack)->Picture1(), Qt::Key_Up);
         QCOMPARE(PreviewViews[ViewBack].PositionX, start(ViewBack).PositionX + 1000);
+        QCOMPARE(PreviewViews[ViewBack].PositionY, start(ViewBack).PositionY - 1000);
+        FinishViewFiles();
+        mark = ViewStamps();
+        QTest::keyClick(W(ViewBack)->Picture1(), Qt::Key_A);
+        QCOMPARE(RewrittenSince(mark), std::vector<std::string>{"Back"});
         // A release turns the active view with the press of its own window.
         QTest::mousePress(W(ViewTop)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 1));
         focusStrip(ViewBack);
@@ -254,7 +277,7 @@ private slots:
 
     void aViewChangeMovesTheCameraWithoutReadingTheWorldAgain() {
         // Stitched strips, numbers seven digits do not hold, a hidden part, a missing picture.
-        OIFFile doc = AddPart(Grid(40, 2000), TexturedQuad(2000));
+        OIFFile doc = AddPart(Grid(150, 2000), TexturedQuad(2000));
         doc = AddPart(Grid(3, 500), doc);
         doc = AddPart(Grid(4, 800), doc);
         doc.Parts[3].Header.Texture = "gone";
@@ -275,6 +298,8 @@ private slots:
                      std::vector<float>({b.x, b.y, b.z, b.axisX, b.axisY, b.axisZ, b.angle, b.fieldOfView}));
         };
         for (int i = 0; i < PreviewWindowCount; ++i) check(i);
+        QTest::mouseClick(W(ViewPerspective)->zoomin(), Qt::LeftButton);
+        QTest::keyClick(W(ViewPerspective)->Picture1(), Qt::Key_Left);
         QTest::mousePress(W(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
         QTest::mouseRelease(W(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(47, 91));
         check(ViewPerspective);
@@ -288,15 +313,21 @@ private slots:
 
     void hideAllEmptiesTheViewsAndACancelledQuitBringsThemBack() {
         openProject();
-        for (QAction* a : frame_->objselect()->actions())
-            if (a->objectName() == QLatin1String("hideallmenu")) a->trigger();
-        FinishViewFiles();
-        QVERIFY(ReadText(ViewFilePath("Top")).find("Shape {") == std::string::npos);
-        QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()), 0);
+        for (const char* entry : {"hideallmenu", "showallmenu"}) {
+            for (QAction* a : frame_->objselect()->actions())
+                if (a->objectName() == QLatin1String(entry)) a->trigger();
+            FinishViewFiles();
+            const bool shown = entry[0] == 's';
+            for (const char* name : PreviewWindowNames)
+                QVERIFY2((ReadText(ViewFilePath(name)).find("Shape {") != std::string::npos) == shown, name);
+            QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()) > 0, shown);
+        }
         QTest::mouseClick(W(ViewTop)->zoomin(), Qt::LeftButton);
+        QPointer<CortonaViewer> before = W(ViewTop);
         program_->desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
         QVERIFY(!frame_->close());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY2(before.isNull(), "the close took the windows with it");
         for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(W(i) && W(i)->isVisible() && W(i)->Cortona1()->hasWorld());
         QCOMPARE(PreviewViews, StartPreviewViews());
         QCOMPARE(RunEventLoop([&] { frame_->close(); }), 0);
@@ -308,10 +339,16 @@ private slots:
         QPointer<CortonaViewer> early = CortonaViewer::window(ViewPerspective);  // as Options makes it
         openProject();
         QCOMPARE(W(ViewPerspective), early.data());
+        QCOMPARE(qobject_cast<QMdiSubWindow*>(early->parentWidget())->mdiArea(), frame_->mdiArea());
         WriteWirePreview(CurrentProject.OIF.Parts, DefaultPreviewScene(), TheViews().Selection());
         vrmlviewer* wire = vrmlviewer::existing();
         QVERIFY(wire && wire->Cortona1()->hasWorld());
+        QCOMPARE(wire->Cortona1()->scene(), QString::fromStdString(AppPath("temp/stad1.wrl")));
         QCOMPARE(qobject_cast<QMdiSubWindow*>(wire->parentWidget())->mdiArea(), frame_->mdiArea());
+        // A description of no window is skipped.
+        CortonaViewer::ReleaseView("Vertex");
+        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
+        QVERIFY(program_->desktop.messages.empty());
     }
 
     void theViewerDrawsTheFirstViewpointTexturedByTheFlagsAndNeverHoldsTheFile() {
@@ -334,6 +371,8 @@ private slots:
         show(World(Viewpoint("2 0 10") + Viewpoint("0 0 10"), 0, Red));
         QCOMPARE(view.camera().x, 2.0f);
         QVERIFY(ShapeCentreX(picture()) > 5 && ShapeCentreX(picture()) < 60);
+        show(World("Transform { translation -2 0 0 children [ " + Viewpoint("0 0 10") + " ] }\n", 0, Red));
+        QCOMPARE(view.camera().x, -2.0f);
         show(World("", 0, Red));  // no Viewpoint: the default place, 10 away on +Z
         QCOMPARE(view.camera().z, 10.0f);
         const QImage one = picture();
@@ -391,6 +430,14 @@ private slots:
         SoOneShotSensor once([](void* flag, SoSensor*) { *static_cast<bool*>(flag) = true; }, &ran);
         once.schedule();
         QTRY_VERIFY_WITH_TIMEOUT(ran, 2000);
+        // Images reach Coin bottom row first.
+        QImage png(1, 2, QImage::Format_ARGB32);
+        png.setPixel(0, 0, qRgba(255, 0, 0, 255));
+        png.setPixel(0, 1, qRgba(0, 0, 255, 128));
+        QVERIFY(png.save(QString::fromStdString(program_->folder.file("two.png"))));
+        CoinImage image;
+        QVERIFY(ReadCoinImage(QString::fromStdString(program_->folder.file("two.png")), image));
+        QCOMPARE(image.rgba, QByteArray("\x00\x00\xff\x80\xff\x00\x00\xff", 8));
     }
 };
 

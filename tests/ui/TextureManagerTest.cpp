@@ -69,7 +69,10 @@ private slots:
         t->addtexturepart()->click();
         QCOMPARE(ComboRows(vornoifform::existing()->oifvertexpointsel()),
                  QStringList({"[Select predefined UV]", "[New Item]"}));
-        t->deltexturepart()->click();  // has no handler
+        // Renaming to nothing leaves an empty row; the Delete button has no handler.
+        t->texturepartchange()->clear();
+        QCOMPARE(ComboRows(t->texturepartbox()), QStringList({""}));
+        t->deltexturepart()->click();
         QCOMPARE(CurrentProject.Textures[Tp01].Parts.size(), std::size_t(1));
 
         Press(t->Picture1(), Qt::LeftButton, QPoint(63, 31));

@@ -202,9 +202,12 @@ private slots:
         QCOMPARE(w->box(1), (TextureBox{0, 4, 138, 69, true}));
         QCOMPARE(w->picHandle(8)->pos(), QPoint(138, 73));
         QCOMPARE(QApplication::focusWidget(), w->picTex(1));
+        // A step of one, of five with Ctrl; Shift sizes instead of moving.
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ControlModifier);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left, Qt::ShiftModifier | Qt::ControlModifier);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ShiftModifier);
-        QCOMPARE(w->box(1), (TextureBox{1, 4, 138, 70, true}));
+        QCOMPARE(w->box(1), (TextureBox{1, 9, 133, 70, true}));
         QVERIFY(Shows(w, 1));
     }
 
