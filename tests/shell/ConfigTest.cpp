@@ -38,7 +38,8 @@ TEST_F(Config, ReadsWhatWasLastWrittenIgnoringCaseAndKeepingBlanks) {
     WriteConfig("Crowd Wizard", "NoOfRows", "12");
     EXPECT_EQ(ReadConfigNumber("crowd wizard", "CROWDSPACING"), 175.5) << "other keys of the section stay";
     EXPECT_EQ(ReadConfig("Other", "NoOfRows"), "");
-    for (const std::string& v : {std::string("  two blanks  "), std::string("\"q\""), std::string(400, 'x')}) {
+    for (const std::string& v :
+         {std::string("  two blanks  "), std::string("\"q\""), std::string("\""), std::string(400, 'x')}) {
         WriteConfig("Import", "Note", v);
         EXPECT_EQ(ReadConfig("Import", "Note"), v.substr(0, 254));
     }

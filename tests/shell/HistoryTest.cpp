@@ -114,6 +114,12 @@ TEST(History, AStepKeepsOnlyWhatItChangedAndTheOldestGoBeyondTheLimit) {
     const StadiumProject back = *UndoStep(history);
     EXPECT_EQ(back, RestoreProject(*history.Steps[history.Cursor].State));
     EXPECT_EQ(back.OIF.Parts[28].Vertices[0].Z, 1028.0f);
+    // However small the limit, the step just made can still be undone.
+    history.MemoryLimit = 0;
+    live.OIF.Parts[0].Vertices[0].Z = -1;
+    RecordStep(history, live, "Last");
+    EXPECT_EQ(history.Steps.size(), 2u);
+    EXPECT_EQ(UndoCaption(history), "Last");
 }
 
 TEST(History, ATypingRunIsOneStepUntilItEnds) {
