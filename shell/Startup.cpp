@@ -1,5 +1,6 @@
 #include "shell/Startup.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/Desktop.h"
@@ -51,7 +52,7 @@ void RunStartup(StartupFrame& frame, const std::string& namedFile) {
 FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, PixelSize screen) {
     const int width = need.Width + chrome.Width, height = need.Height + chrome.Height;
     if (width > screen.Width || height > screen.Height) return {screen.Width, screen.Height, true};
-    return {width + beside <= screen.Width ? width + beside : width, height, false};
+    return {std::min(width + beside, screen.Width), height, false};
 }
 
 bool ConfirmQuit() {

@@ -37,7 +37,7 @@ void RunStartup(StartupFrame& frame, const std::string& namedFile = "");
 
 // Where the main window opens when config.ini does not ask for it maximised: its working area
 // holds `need` whole (the parts list and the four previews), with `beside` more width for the OIF
-// Editor when the screen has room for that too. `chrome` is what the window adds round its area:
+// Editor, or as much of it as the screen has room for. `chrome` is what the window adds round its area:
 // menus, toolbar, status bar. A screen without room even for `need` gets the window maximised.
 struct FramePlacement {
     int Width = 0, Height = 0;

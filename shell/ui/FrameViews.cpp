@@ -88,9 +88,13 @@ void FrameViews::showoifform() {
     if (frame->isHidden()) {
         frame->resize(frame->sizeHint());
         QWidget* window = area_->window();
+        // The area grows with the window; the window system may tell the new size only later.
+        int areaWidth = area_->width();
         const FramePlacement wanted = PlaceFrame(*window, *area_, frame->width());
         if (!window->isMaximized() && !window->isFullScreen() && !wanted.Maximised && wanted.Width > window->width()) {
-            window->resize(wanted.Width - (window->frameGeometry().width() - window->width()), window->height());
+            const int grow = wanted.Width - window->frameGeometry().width();
+            window->resize(window->width() + grow, window->height());
+            areaWidth += grow;
             if (const QScreen* s = window->screen()) {
                 const QRect avail = s->availableGeometry();
                 if (window->frameGeometry().right() > avail.right())
@@ -98,13 +102,14 @@ void FrameViews::showoifform() {
                                  window->y());
             }
         }
-        // Beside the previews when the screen has room, so that it hides none of them; otherwise
-        // at the right edge, over the Perspective preview's right side.
+        // Beside the previews when there is room, narrowed down to what its fields need if that
+        // makes room, so that it hides none of them; otherwise at the right edge, over as little of
+        // the Perspective preview as can be.
         int previewsRight = 0;
         for (const PixelRect& r : PreviewWindowLayout()) previewsRight = std::max(previewsRight, r.Left + r.Width);
-        const int left =
-            previewsRight + frame->width() <= area_->width() ? previewsRight : area_->width() - frame->width();
-        frame->move(std::max(0, left), 0);
+        const int room = areaWidth - previewsRight;
+        if (room < frame->width() && room >= frame->minimumSizeHint().width()) frame->resize(room, frame->height());
+        frame->move(std::max(0, std::min(previewsRight, areaWidth - frame->width())), 0);
     }
     frame->show();
     frame->raise();

@@ -100,7 +100,7 @@ TEST(PlaceMainWindow, HoldsThePreviewsWholeWithTheEditorBesideWhenThereIsRoom) {
         FramePlacement placed;
     } cases[] = {
         {{1920, 1080}, {1023 + 500, 723, false}},  // room for the editor beside
-        {{1280, 1024}, {1023, 723, false}},        // the previews whole, the editor over them
+        {{1280, 1024}, {1280, 723, false}},        // the previews whole, the editor over as little as can be
         {{1023, 723}, {1023, 723, false}},         // exactly room
         {{1024, 700}, {1024, 700, true}},          // too low: maximised
         {{1000, 800}, {1000, 800, true}},          // too narrow: maximised

@@ -9,6 +9,7 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -22,6 +23,7 @@
 #include "core/OIFOps.h"
 #include "editors/ui/vornoifform.h"
 #include "editors/ui/vornselectobj.h"
+#include "preview/PreviewViewOps.h"
 #include "preview/ui/CortonaViewer.h"
 #include "shell/IniOps.h"
 #include "shell/Startup.h"
@@ -159,6 +161,23 @@ private slots:
         QCOMPARE(RunEventLoop([&] { w.close(); }), 0);
         QVERIFY(!w.isVisible());
         QCOMPARE(desktop_->messages.size(), std::size_t(3));
+    }
+
+    // The test screen is too narrow for the previews and the editor side by side: the frame takes
+    // the screen's width and the editor its right edge, leaving the Top and Back previews whole.
+    void theEditorWidensTheFrameAndKeepsOffThePreviewsItCan() {
+        WriteConfig("Terramason", "OIFEditor", "1");
+        vorn w;
+        w.ShowFrame();
+        const int before = w.width();
+        w.createnew(0, "Highbury");
+        QWidget* editor = vornoifform::existing()->parentWidget();
+        QTRY_COMPARE(w.width(), w.screen()->availableGeometry().width());
+        QVERIFY(w.width() > before);
+        QTRY_COMPARE(editor->geometry().right(), w.mdiArea()->width() - 1);
+        int leftColumn = w.mdiArea()->width();
+        for (const PixelRect& r : PreviewWindowLayout()) leftColumn = std::min(leftColumn, r.Left + r.Width);
+        QVERIFY(editor->x() >= leftColumn);
     }
 
     void loadingAFileShowsTheProgressWindowWithTheBusyPointer() {
