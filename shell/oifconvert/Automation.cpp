@@ -14,6 +14,12 @@ struct Variant {
     Variant& operator=(const Variant&) = delete;
 };
 
+// A text argument; the VARIANT owns its copy and frees it when cleared.
+void SetText(Variant& argument, const std::wstring& text) {
+    argument.v.vt = VT_BSTR;
+    argument.v.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+}
+
 std::wstring Trimmed(std::wstring text) {
     while (!text.empty() && (text.back() == L'\r' || text.back() == L'\n' || text.back() == L' ')) text.pop_back();
     return text;
@@ -118,8 +124,7 @@ void Dispatch::PutBool(const wchar_t* name, bool value) const {
 
 void Dispatch::PutText(const wchar_t* name, const std::wstring& value) const {
     Variant argument;
-    argument.v.vt = VT_BSTR;
-    argument.v.bstrVal = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));
+    SetText(argument, value);
     Variant ignored;
     ignored.v = Invoke(name, DISPATCH_PROPERTYPUT, &argument.v, 1);
 }
@@ -131,8 +136,7 @@ void Dispatch::Call(const wchar_t* name) const {
 
 void Dispatch::Call(const wchar_t* name, const std::wstring& argument) const {
     Variant text;
-    text.v.vt = VT_BSTR;
-    text.v.bstrVal = SysAllocStringLen(argument.data(), static_cast<UINT>(argument.size()));
+    SetText(text, argument);
     Variant ignored;
     ignored.v = Invoke(name, DISPATCH_METHOD, &text.v, 1);
 }
