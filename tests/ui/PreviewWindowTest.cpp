@@ -2,14 +2,7 @@
 // open and draw their files, wheel, keys, "+" and drags change the first active view and rewrite
 // its file, a view change moves the camera without reading the world again, and the viewer
 // widget draws worlds from their first Viewpoint, textured by the render flags, silently.
-#include <QLabel>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QScreen>
 #include <QSignalSpy>
-#include <QTemporaryFile>
-#include <QtTest>
 
 #include <Inventor/SoDB.h>
 #include <Inventor/SoPrimitiveVertex.h>
@@ -22,20 +15,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <map>
 
 #include "WindowTestKit.h"
 #include "core/NumberText.h"
 #include "core/myOps.h"
-#include "preview/PreviewViewOps.h"
 #include "preview/ui/CoinRuntime.h"
-#include "preview/ui/CortonaViewer.h"
 #include "preview/ui/PartShapeNode.h"
-#include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
-#include "shell/IniOps.h"
 
 namespace {
 
@@ -194,8 +182,12 @@ private slots:
         program_.reset();
     }
 
-    void theFourWindowsOpenInTheFrameAndDrawTheirFiles() {
+    // The Options window's Perspective window and the wireframe land in the frame too; Hide All
+    // and Show All reach the files and the pictures; a cancelled quit brings the windows back.
+    void theWindowsOpenInTheFrameDrawTheirFilesAndComeBackAfterACancelledQuit() {
+        QPointer<CortonaViewer> early = CortonaViewer::window(ViewPerspective);  // as Options makes it
         openProject();
+        QCOMPARE(W(ViewPerspective), early.data());
         writeRedTexture();
         frame_->menuAction("Refresh")->trigger();
         const auto layout = PreviewWindowLayout();
@@ -215,22 +207,53 @@ private slots:
             QVERIFY2(NotBackground(drawn) > drawn.width() * drawn.height() / 10, PreviewWindowNames[i]);
             QCOMPARE(RedPixels(drawn) > drawn.width() * drawn.height() / 10, i == ViewPerspective);
         }
+        WriteWirePreview(CurrentProject.OIF.Parts, DefaultPreviewScene(), TheViews().Selection());
+        vrmlviewer* wire = vrmlviewer::existing();
+        QVERIFY(wire && wire->Cortona1()->hasWorld());
+        QCOMPARE(wire->Cortona1()->scene(), QString::fromStdString(AppPath("temp/stad1.wrl")));
+        QCOMPARE(qobject_cast<QMdiSubWindow*>(wire->parentWidget())->mdiArea(), frame_->mdiArea());
+        CortonaViewer::ReleaseView("Vertex");  // a description of no window is skipped
+        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
+        QVERIFY(program_->desktop.messages.empty());
+        for (const char* entry : {"hideallmenu", "showallmenu"}) {
+            frame_->objselect()->findChild<QAction*>(entry)->trigger();
+            FinishViewFiles();
+            const bool shown = entry[0] == 's';
+            for (const char* name : PreviewWindowNames)
+                QVERIFY2((ReadText(ViewFilePath(name)).find("Shape {") != std::string::npos) == shown, name);
+            QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()) > 0, shown);
+        }
+        QTest::mouseClick(W(ViewTop)->zoomin(), Qt::LeftButton);
+        QPointer<CortonaViewer> before = W(ViewTop);
+        program_->desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
+        QVERIFY(!frame_->close());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY2(before.isNull(), "the close took the windows with it");
+        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(W(i) && W(i)->isVisible() && W(i)->Cortona1()->hasWorld());
+        QCOMPARE(PreviewViews, StartPreviewViews());
+        QCOMPARE(RunEventLoop([&] { frame_->close(); }), 0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!W(ViewTop));
         frame_.reset();
-        WriteConfig("Terramason", "Previews", "0");
+        WriteConfig("Terramason", "Previews", "0");  // previews off: none
         vorn without;
         without.createnew(0, "Project1");
         QVERIFY(!W(ViewTop) && !std::filesystem::exists(ViewFilePath("Top")));
     }
 
-    void aLeftDragTurnsThePictureWhileHeldAndTheViewAtTheRelease() {
+    // A drag turns the picture while held and the view at the release; wheel, keys, "+" and "-"
+    // change the first active view; each change rewrites that view's file only.
+    void dragsWheelKeysAndButtonsChangeTheFirstActiveViewAndRewriteItsFile() {
         openProject();
-        const auto mark = ViewStamps();
+        auto mark = ViewStamps();
+        TurnWheel(W(ViewTop)->Cortona1(), 120);
         VrmlView* view = W(ViewPerspective)->Cortona1();
         const QImage before = view->grabFramebuffer();
         QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
         QTest::mouseMove(view, QPoint(160, 10));
         QVERIFY2(view->grabFramebuffer() != before, "the picture turns while the button is held");
-        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(), "the view and its file wait");
+        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(),
+                 "no window active, the drag waits");
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(160, 10));
         // 150 pixels of 15 twips are 22.5 degrees about Y.
         const float turned = float(start(ViewPerspective).SceneRotationY + DegToRad(22.5));
@@ -239,15 +262,8 @@ private slots:
         const std::string line = "   rotation 0 1 0 " + SingleText(turned) + "\r\n";
         QVERIFY2(ReadText(ViewFilePath("Perspective")).find(line) != std::string::npos, line.c_str());
         QTRY_VERIFY(W(ViewPerspective)->Picture1()->hasFocus());
-    }
-
-    void wheelKeysAndButtonsChangeTheFirstActiveView() {
-        openProject();
-        auto mark = ViewStamps();
-        TurnWheel(W(ViewTop)->Cortona1(), 120);
-        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(), "no window is active");
-        focusStrip(ViewPerspective);
         QVERIFY(W(ViewPerspective)->showsActiveColour() && !W(ViewTop)->showsActiveColour());
+        mark = ViewStamps();
         TurnWheel(W(ViewTop)->Cortona1(), 2 * 120);  // over Top: the active Perspective zooms
         QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 2000);
         QCOMPARE(RewrittenSince(mark), std::vector<std::string>{"Perspective"});
@@ -310,46 +326,6 @@ private slots:
         const QImage all = viewer->grabFramebuffer();
         PartShapeNode::setSkipUnseenFaces(true);
         QCOMPARE(viewer->grabFramebuffer(), all);
-    }
-
-    void hideAllEmptiesTheViewsAndACancelledQuitBringsThemBack() {
-        openProject();
-        for (const char* entry : {"hideallmenu", "showallmenu"}) {
-            for (QAction* a : frame_->objselect()->actions())
-                if (a->objectName() == QLatin1String(entry)) a->trigger();
-            FinishViewFiles();
-            const bool shown = entry[0] == 's';
-            for (const char* name : PreviewWindowNames)
-                QVERIFY2((ReadText(ViewFilePath(name)).find("Shape {") != std::string::npos) == shown, name);
-            QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()) > 0, shown);
-        }
-        QTest::mouseClick(W(ViewTop)->zoomin(), Qt::LeftButton);
-        QPointer<CortonaViewer> before = W(ViewTop);
-        program_->desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
-        QVERIFY(!frame_->close());
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY2(before.isNull(), "the close took the windows with it");
-        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(W(i) && W(i)->isVisible() && W(i)->Cortona1()->hasWorld());
-        QCOMPARE(PreviewViews, StartPreviewViews());
-        QCOMPARE(RunEventLoop([&] { frame_->close(); }), 0);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!W(ViewTop));
-    }
-
-    void theOptionsPerspectiveWindowAndTheWireframeLandInTheFrame() {
-        QPointer<CortonaViewer> early = CortonaViewer::window(ViewPerspective);  // as Options makes it
-        openProject();
-        QCOMPARE(W(ViewPerspective), early.data());
-        QCOMPARE(qobject_cast<QMdiSubWindow*>(early->parentWidget())->mdiArea(), frame_->mdiArea());
-        WriteWirePreview(CurrentProject.OIF.Parts, DefaultPreviewScene(), TheViews().Selection());
-        vrmlviewer* wire = vrmlviewer::existing();
-        QVERIFY(wire && wire->Cortona1()->hasWorld());
-        QCOMPARE(wire->Cortona1()->scene(), QString::fromStdString(AppPath("temp/stad1.wrl")));
-        QCOMPARE(qobject_cast<QMdiSubWindow*>(wire->parentWidget())->mdiArea(), frame_->mdiArea());
-        // A description of no window is skipped.
-        CortonaViewer::ReleaseView("Vertex");
-        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
-        QVERIFY(program_->desktop.messages.empty());
     }
 
     void theViewerDrawsTheFirstViewpointTexturedByTheFlagsAndNeverHoldsTheFile() {

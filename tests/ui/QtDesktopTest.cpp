@@ -1,19 +1,7 @@
 // The Qt side of the desktop seam: what the program's filters, command lines and message texts
 // become when they reach Qt and the system.
-#include <QAbstractButton>
-#include <QApplication>
-#include <QFileDialog>
-#include <QImage>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QToolButton>
-#include <QtTest>
 
 #include "WindowTestKit.h"
-#include "shell/HelpOps.h"
 #include "shell/ui/QtDesktop.h"
 #include "shell/ui/helpviewer.h"
 #include "shell/ui/textviewer.h"
@@ -108,10 +96,7 @@ private slots:
     void saveDialogTakesAnExistingFileWithoutAskingItself() {
         QTemporaryDir dir;
         const QString existing = dir.filePath("stadium.oif");
-        QFile file(existing);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("old");
-        file.close();
+        WriteFile(existing.toStdString(), {'o', 'l', 'd'});
         bool dialogSeen = false;
         int questions = 0;
         auto* poll = new QTimer;
@@ -135,37 +120,26 @@ private slots:
         const std::string chosen =
             desktop.SaveFile("Export OIF file...", "OIF file|*.oif", "stadium.oif", dir.path().toStdString());
         delete poll;
-        QVERIFY(dialogSeen);
-        QCOMPARE(questions, 0);
+        QVERIFY(dialogSeen && questions == 0);
         QCOMPARE(QString::fromStdString(chosen), existing);
     }
 
-    void processesStartRunAndEnd() {
+    void processesStartRunEndAndWriteTheirOutput() {
         QtDesktop desktop;
         const std::int64_t sleeper = desktop.StartProcess("\"/bin/sleep\" 30", WindowMode::Hidden);
-        QVERIFY(sleeper > 0);
-        QVERIFY(desktop.ProcessRunning(sleeper));
+        QVERIFY(sleeper > 0 && desktop.ProcessRunning(sleeper));
         desktop.EndProcess(sleeper);
         QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(sleeper), 5000);
-
         const std::int64_t quitter = desktop.StartProcess("/bin/sh -c \"exit 3\"", WindowMode::Normal);
-        QVERIFY(quitter > 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(quitter), 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(quitter > 0 && !desktop.ProcessRunning(quitter), 5000);
         QCOMPARE(desktop.ProcessExitCode(quitter), 3);
-
         QCOMPARE(desktop.StartProcess("\"/nonexistent/folder/oiftool.exe\" -x", WindowMode::Normal), std::int64_t(0));
-    }
-
-    void capturedProcessWritesItsOutputToTheFile() {
         QTemporaryDir dir;
         const std::string log = dir.filePath("tool.log").toStdString();
-        QtDesktop desktop;
         const std::int64_t pid = desktop.StartCapturedProcess("/bin/sh -c \"echo converted; echo failed >&2\"", log);
-        QVERIFY(pid > 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(pid), 5000);
-        QFile out(QString::fromStdString(log));
-        QVERIFY(out.open(QIODevice::ReadOnly));
-        QCOMPARE(out.readAll(), QByteArray("converted\nfailed\n"));
+        QTRY_VERIFY_WITH_TIMEOUT(pid > 0 && !desktop.ProcessRunning(pid), 5000);
+        QCOMPARE(ReadFile(log), (std::vector<std::uint8_t>{'c', 'o', 'n', 'v', 'e', 'r', 't', 'e', 'd', '\n', 'f', 'a',
+                                                           'i', 'l', 'e', 'd', '\n'}));
     }
 
     void clipboardTextAndPictureGoBothWaysAndReplaceEachOther() {
@@ -174,10 +148,8 @@ private slots:
         QCOMPARE(desktop.ClipboardText(), std::string("tp01 cr02 \xC3\xA9"));
         desktop.SetClipboardImage(PngOf(QColor(10, 200, 30), 5, 2));
         const std::vector<std::uint8_t> back = desktop.ClipboardImage();
-        QImage read;
-        QVERIFY(read.loadFromData(back.data(), int(back.size())));
-        QCOMPARE(read.size(), QSize(5, 2));
-        QCOMPARE(read.pixelColor(4, 1), QColor(10, 200, 30));
+        const QImage read = QImage::fromData(back.data(), int(back.size()));
+        QVERIFY(read.size() == QSize(5, 2) && read.pixelColor(4, 1) == QColor(10, 200, 30));
         QCOMPARE(desktop.ClipboardText(), std::string());
         desktop.SetClipboardText("tp02");
         QVERIFY(desktop.ClipboardImage().empty());
@@ -189,11 +161,9 @@ private slots:
         QtDesktop desktop;
         desktop.ShowHelpBook(HelpPagePath(HelpContentsPage));
         helpviewer* help = helpviewer::existing();
-        QVERIFY(help && help->isVisible());
-        QVERIFY(help->page()->toPlainText().contains("Terramason"));
+        QVERIFY(help && help->isVisible() && help->page()->toPlainText().contains("Terramason"));
         emit help->page()->anchorClicked(QUrl("sample.html"));
-        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html"));
-        QVERIFY(help->backbut()->isEnabled());
+        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html") && help->backbut()->isEnabled());
         InstallDesktop(&program.desktop);
         emit help->page()->anchorClicked(QUrl("https://example.org/fifa"));
         QCOMPARE(program.desktop.pages, std::vector<std::string>{"https://example.org/fifa"});

@@ -1,24 +1,10 @@
-// "OIF Editor": its controls reach the document and the views. Row texts, brightness, predefined
-// UVs and the export's file are OIFEditorOpsTest's.
-#include <QAction>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMdiSubWindow>
-#include <QPushButton>
-#include <QtTest>
-
-#include <memory>
+// "OIF Editor", "Texture Manager" and "Select texture name...": their controls reach the document
+// and the views, and what they store shows. Row texts, brightness, predefined UVs, the export's
+// file and the size, pick and import rules are OIFEditorOpsTest's and TextureManagerOpsTest's.
 
 #include "WindowTestKit.h"
-#include "core/OIFOps.h"
-#include "editors/ui/vornoifform.h"
-#include "editors/ui/vornselectobj.h"
+#include "editors/ui/texturename.h"
 #include "editors/ui/vorntexture.h"
-#include "preview/PreviewViewOps.h"
-#include "shell/IniOps.h"
 
 namespace {
 // A stand of three vertices, a roof of tp01 whose vertex needs more than seven digits, an empty part.
@@ -35,9 +21,18 @@ OIFFile Stadium() {
     }
     return doc;
 }
+void WriteImage(const std::string& path, int width, int height, const char* format = "PNG") {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(QColor(255, 0, 0));
+    QVERIFY(image.save(QString::fromStdString(path), format));
+}
+void Press(QWidget* widget, Qt::MouseButton button, QPoint at) {
+    QMouseEvent press(QEvent::MouseButtonPress, at, widget->mapToGlobal(at), button, button, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+}
 }  // namespace
 
-class OIFEditorTest : public QObject {
+class EditorWindowsTest : public QObject {
     Q_OBJECT
 
     std::unique_ptr<ScratchProgram> program_;
@@ -52,7 +47,7 @@ class OIFEditorTest : public QObject {
         TheViews().RefreshPartsList();
         return vornoifform::existing();
     }
-    const OIFVertex& vertex(int p, int v) const {
+    static const OIFVertex& vertex(int p, int v) {
         return CurrentProject.OIF.Parts[std::size_t(p)].Vertices[std::size_t(v)];
     }
 
@@ -64,6 +59,7 @@ private slots:
     void cleanup() {
         frame_.reset();
         delete vorntexture::existing();
+        for (int i = 0; i < PreviewWindowCount; ++i) delete CortonaViewer::existing(i);
         program_.reset();
     }
 
@@ -83,12 +79,11 @@ private slots:
         }
     }
 
-    void refreshShowsTheDocumentAndTheControlsWriteItBack() {
+    void theEditorShowsTheDocumentAndItsControlsWriteItBack() {
         vornoifform* f = openStadium();
         QCOMPARE(f->oifpartbox()->count(), 3);
         QCOMPARE(f->oifpartvertices()->itemText(1), QString("-1.5, 0, 100000"));
-        QCOMPARE(f->indicesbox()->count(), 4);
-        QVERIFY(f->Frame2()->isEnabled());
+        QVERIFY(f->indicesbox()->count() == 4 && f->Frame2()->isEnabled());
         QCOMPARE(frame_->selectobj()->selectedRows(), (std::vector<bool>{true, true, true}));
         QCOMPARE(vorntexture::existing()->windowTitle(), QString("Texture Manager - [North stand] - tp00"));
         f->findChild<QPushButton*>("texturesmanagerbut")->click();
@@ -105,31 +100,26 @@ private slots:
         f->oifparttexture()->lineEdit()->selectAll();
         QTest::keyClicks(f->oifparttexture(), "custom");
         QCOMPARE(CurrentProject.OIF.Parts[0].Header.Texture.str(), std::string("cust"));
-        // Selecting a vertex stores its fields back in seven digits.
+        // A UV field takes digits and one point after a digit; a key of no character passes.
+        QLineEdit* u = f->oifvertextexx();
+        u->clear();
+        QTest::keyClicks(u, ".-0.5.2x");
+        QVERIFY(u->text() == "0.52" && vertex(0, 1).U == 0.52f);
+        QTest::keyClick(u, Qt::Key_Home);
+        QTest::keyClick(u, Qt::Key_Delete);
+        QCOMPARE(u->text(), QString(".52"));
+        // Selecting a vertex stores its fields back in seven digits; a predefined UV goes to it.
         UserPicksRow(f->oifpartbox(), 1);
         UserPicksRow(f->oifpartvertices(), 1);
         QVERIFY(vertex(1, 1).X == 0.1234568f);
-    }
-
-    void uvFieldsTakeDigitsAndOnePointAfterADigit() {
-        QLineEdit* u = openStadium()->oifvertextexx();
-        u->clear();
-        QTest::keyClicks(u, ".-0.5.2x");
-        QCOMPARE(u->text(), QString("0.52"));
-        QCOMPARE(vertex(0, 0).U, 0.52f);
-        QTest::keyClick(u, Qt::Key_Home);
-        QTest::keyClick(u, Qt::Key_Delete);  // types no character: it passes
-        QCOMPARE(u->text(), QString(".52"));
-    }
-
-    void aPredefinedUVGoesToTheSelectedVertexAndAnEmptyPartDisablesTheFields() {
-        vornoifform* f = openStadium();
-        UserPicksRow(f->oifpartbox(), 1);
-        UserPicksRow(f->oifpartvertices(), 1);
         UserPicksRow(f->oifvertexpointsel(), 2);
-        QCOMPARE(vertex(1, 1).U + vertex(1, 1).V, 1.75f);
+        QVERIFY(vertex(1, 1).U + vertex(1, 1).V == 1.75f && vertex(1, 0).U == 0.0f);
         QCOMPARE(f->oifvertextexx()->text(), QString("0.75"));
-        QCOMPARE(vertex(1, 0).U, 0.0f);
+        // The selected vertex is marked in the wireframe.
+        const std::string wire =
+            WirePreviewText(CurrentProject.OIF.Parts, CurrentProject.Scene, TheViews().Selection());
+        QVERIFY(wire.find("   translation 0.1234568 1 2\r\n") != std::string::npos);
+        QVERIFY(wire.find("description \"Vertex\"") < wire.find("description \"Top\""));
         UserPicksRow(f->oifpartbox(), 2);
         QVERIFY(!f->oifvertexx()->isEnabled() && !f->oifvertexpointsel()->isEnabled());
         QCOMPARE(TheViews().Selection().vertex, -1);
@@ -147,10 +137,9 @@ private slots:
         QVERIFY(CurrentProject.OIF == before);
         UserPicksRow(f->oifpartbox(), 1);
         f->oifpartdel()->click();
-        QCOMPARE(CurrentProject.OIF.Header.PartCount, 2);
         QCOMPARE(CurrentProject.OIF.Parts[1].Header.Name.str().substr(0, 5), std::string("Empty"));
         QCOMPARE(spy.calls, (std::vector<std::string>{"RefreshPartsList", "RefreshPartsList"}));
-        QCOMPARE(f->oifpartbox()->count(), 2);
+        QVERIFY(CurrentProject.OIF.Header.PartCount == 2 && f->oifpartbox()->count() == 2);
         QVERIFY(program_->desktop.messages.empty());
     }
 
@@ -158,14 +147,11 @@ private slots:
         WriteConfig("Terramason", "OIFEditor", "0");
         frame_ = std::make_unique<vorn>();
         frame_->createnew(0, "Project1");
-        CurrentProject.OIF = Stadium();
-        TheViews().RefreshPartsList();
         QAction* entry = frame_->menuAction("OIF Editor");
         QVERIFY(!entry->isChecked() && !vornoifform::existing());
         entry->trigger();
         vornoifform* f = vornoifform::existing();
         QVERIFY(f && entry->isChecked());
-        QCOMPARE(f->oifpartbox()->count(), 3);
         auto* sub = qobject_cast<QMdiSubWindow*>(f->parentWidget());
         QVERIFY(sub && sub->mdiArea() == frame_->mdiArea());
         sub->showMinimized();
@@ -177,14 +163,78 @@ private slots:
         QVERIFY(!entry->isChecked() && !vornoifform::existing());
     }
 
-    void theSelectedVertexIsMarkedInTheWireframe() {
-        UserPicksRow(openStadium()->oifpartvertices(), 2);
-        const std::string wire =
-            WirePreviewText(CurrentProject.OIF.Parts, CurrentProject.Scene, TheViews().Selection());
-        QVERIFY(wire.find("   translation 0.25 7 8\r\n") != std::string::npos);
-        QVERIFY(wire.find("description \"Vertex\"") < wire.find("description \"Top\""));
+    void aNewPointReachesTheOIFEditorAndAPressOnThePicturePicksItsUV() {
+        frame_ = std::make_unique<vorn>();
+        frame_->createnew(0, "Project1");
+        vorntexture* t = vorntexture::existing();
+        QCOMPARE(t->Picture1()->size(), QSize(0, 0));
+        CurrentProject.OIF = NamedParts({"Roof"});
+        CurrentProject.OIF.Parts[0].Header.Texture = "tp01";
+        TheViews().RefreshPartsList();
+        WriteImage(AppPath("temp/tp01.png"), 64, 32);
+        UserPicksRow(t->texturebox(), 1);
+        QCOMPARE(t->Picture1()->size(), QSize(64, 32));
+        QCOMPARE(t->size().width(), 64 + 257);
+        t->addtexturepart()->click();
+        QCOMPARE(ComboRows(vornoifform::existing()->oifvertexpointsel()),
+                 QStringList({"[Select predefined UV]", "[New Item]"}));
+        // Renaming to nothing leaves an empty row; the Delete button has no handler.
+        t->texturepartchange()->clear();
+        QCOMPARE(ComboRows(t->texturepartbox()), QStringList({""}));
+        t->deltexturepart()->click();
+        const auto point = [] { return CurrentProject.Textures[1].Parts.at(0); };
+        Press(t->Picture1(), Qt::LeftButton, QPoint(63, 31));
+        QVERIFY(point().U + point().V == 2.0f && t->uvbox(0)->text() + t->uvbox(1)->text() == "11");
+        Press(t->Picture1(), Qt::RightButton, QPoint(0, 0));
+        QCOMPARE(point().U, 1.0f);
+        t->uvbox(1)->clear();
+        QTest::keyClicks(t->uvbox(1), "-.0.25");
+        QVERIFY(point().V == 0.25f && point().U == 1.0f);
+        QVERIFY(MakeActive(*t));
+        QTest::mouseMove(t->Picture1(), QPoint(12, 30));
+        QTRY_COMPARE(t->panel(3)->text(), QString("(12, 30)"));
+    }
+
+    void anImportedTextureReachesThePerspectivePreviewAndABadOneIsTold() {
+        WriteConfig("Terramason", "Previews", "1");
+        WriteConfig("Previews", "PerspectiveTex", "1");
+        OpenFrameWithProject(frame_);
+        vorntexture* t = vorntexture::existing();
+        const std::string bad = program_->folder.file("bad.bmp"), jpeg = program_->folder.file("red.jpg");
+        WriteFile(bad, {'n', 'o'});
+        WriteImage(jpeg, 40, 20, "JPEG");
+        program_->desktop.dialogAnswers = {bad, jpeg};
+        t->importtex()->click();
+        QVERIFY(!std::filesystem::exists(AppPath("temp/tp00.png")));
+        QCOMPARE(program_->desktop.messages.at(0).icon, MessageIcon::Critical);
+        t->importtex()->click();
+        QCOMPARE(QImage(QString::fromStdString(AppPath("temp/tp00.png")), "PNG").size(), QSize(40, 20));
+        QCOMPARE(t->Picture1()->size(), QSize(40, 20));
+        frame_->menuAction("Refresh")->trigger();
+        VrmlView* perspective = CortonaViewer::existing(ViewPerspective)->Cortona1();
+        QVERIFY(QTest::qWaitForWindowExposed(perspective));
+        const QImage shown = perspective->grabFramebuffer();
+        QVERIFY(RedPixels(shown) > shown.width() * shown.height() / 10);
+        // Import Textures for Previews names the picture, refusing no name, and forces a refresh.
+        const std::string chosen = program_->folder.file("chosen.png");
+        WriteImage(chosen, 8, 8);
+        program_->desktop.dialogAnswers = {chosen};
+        PreviewRefreshOn = false;
+        SpyViews spy;
+        bool refusedFirst = false;
+        WhenModalShown<texturename>([&](texturename* w) {
+            w->texbox()->setEditText(QString());
+            w->okbut()->click();
+            refusedFirst = w->isVisible() && program_->desktop.messages.size() == 2;
+            w->texbox()->setEditText("rwa2");
+            w->okbut()->click();
+        });
+        frame_->menuAction("Import Textures for Previews...")->trigger();
+        QVERIFY(refusedFirst && !PreviewRefreshOn);
+        QCOMPARE(ReadFile(AppPath("temp/rwa2.png")), ReadFile(chosen));
+        QCOMPARE(spy.flagAtRebuild, std::vector<bool>{true});
     }
 };
 
-QTEST_MAIN(OIFEditorTest)
-#include "OIFEditorTest.moc"
+QTEST_MAIN(EditorWindowsTest)
+#include "EditorWindowsTest.moc"
