@@ -2,8 +2,6 @@
 // open and draw their files, wheel, keys, "+" and drags change the first active view and rewrite
 // its file, a view change moves the camera without reading the world again, and the viewer
 // widget draws worlds from their first Viewpoint, textured by the render flags, silently.
-#include <QSignalSpy>
-
 #include <Inventor/SoDB.h>
 #include <Inventor/SoPrimitiveVertex.h>
 #include <Inventor/VRMLnodes/SoVRMLShape.h>
@@ -15,7 +13,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
 #include <map>
 
 #include "WindowTestKit.h"
@@ -78,8 +75,7 @@ std::vector<float> Triangles(const SoNode* world) {
                 SbVec3f p;
                 a->getModelMatrix().multVecMatrix(v->getPoint(), p);
                 const SbVec4f t = v->getTextureCoords();
-                static_cast<std::vector<float>*>(data)->insert(static_cast<std::vector<float>*>(data)->end(),
-                                                               {p[0], p[1], p[2], t[0], t[1]});
+                for (float f : {p[0], p[1], p[2], t[0], t[1]}) static_cast<std::vector<float>*>(data)->push_back(f);
             }
         },
         &seen);
@@ -98,7 +94,7 @@ const SoNode* PartsNode(VrmlView* view) {
     return geometry->isOfType(PartShapeNode::getClassTypeId()) ? geometry : nullptr;
 }
 
-void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+void WriteText(const std::string& path, const std::string& text) { WriteFile(path, {text.begin(), text.end()}); }
 
 // A world of a square of side 2 around (cx, 0) facing +Z, seen from the viewpoints given.
 std::string World(const std::string& viewpoints, float cx, const std::string& appearance) {
@@ -328,11 +324,34 @@ private slots:
         QCOMPARE(viewer->grabFramebuffer(), all);
     }
 
-    void theViewerDrawsTheFirstViewpointTexturedByTheFlagsAndNeverHoldsTheFile() {
+    // The viewer reports mouse, wheel and focus, runs Coin from the event loop, draws worlds from
+    // their first Viewpoint textured by the flags, silently, and never holds its file.
+    void theViewerReportsTheMouseAndDrawsTheFirstViewpointTexturedByTheFlags() {
         VrmlView view;
         view.resize(160, 120);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(MakeActive(view));
+        QSignalSpy presses(&view, &VrmlView::mousePressed), wheel(&view, &VrmlView::wheelTurned);
+        QSignalSpy gained(&view, &VrmlView::focusGained);
+        QTest::mousePress(&view, Qt::RightButton, Qt::ShiftModifier, QPoint(10, 20));
+        QCOMPARE(presses.at(0), (QVariantList{int(MouseRight), 1, 10.0f, 20.0f}));
+        for (int delta : {240, -120, 60, 60}) TurnWheel(&view, delta);  // half a notch waits for its other half
+        QCOMPARE(wheel.size(), 3);
+        QCOMPARE((QVariantList{wheel[0][0], wheel[1][0], wheel[2][0]}), (QVariantList{2, -1, 1}));
+        view.clearFocus();
+        view.setFocus();
+        QTRY_COMPARE(gained.size(), 1);
+        bool ran = false;
+        SoOneShotSensor once([](void* flag, SoSensor*) { *static_cast<bool*>(flag) = true; }, &ran);
+        once.schedule();
+        QTRY_VERIFY_WITH_TIMEOUT(ran, 2000);
+        // Images reach Coin bottom row first.
+        QImage png(1, 2, QImage::Format_ARGB32);
+        png.setPixel(0, 0, qRgba(255, 0, 0, 255));
+        png.setPixel(0, 1, qRgba(0, 0, 255, 128));
+        QVERIFY(png.save(QString::fromStdString(program_->folder.file("two.png"))));
+        CoinImage image;
+        QVERIFY(ReadCoinImage(QString::fromStdString(program_->folder.file("two.png")), image));
+        QCOMPARE(image.rgba, QByteArray("\x00\x00\xff\x80\xff\x00\x00\xff", 8));
         const auto picture = [&] { return view.grabFramebuffer().convertToFormat(QImage::Format_RGB32); };
         const std::string wrl = program_->folder.file("Top.wrl");
         const auto show = [&](const std::string& world) {
@@ -340,8 +359,8 @@ private slots:
             view.setScene(QString::fromStdString(wrl));
         };
         QImage halves(8, 8, QImage::Format_RGB32);  // top half green, bottom half red
-        for (int y = 0; y < 8; ++y)
-            for (int x = 0; x < 8; ++x) halves.setPixel(x, y, y < 4 ? qRgb(0, 255, 0) : qRgb(255, 0, 0));
+        halves.fill(Qt::red);
+        QPainter(&halves).fillRect(0, 0, 8, 4, Qt::green);
         QVERIFY(halves.save(QString::fromStdString(program_->folder.file("halves.png"))));
 
         // The first of two Viewpoints: the camera 2 to the right puts the square left of centre.
@@ -388,33 +407,6 @@ private slots:
         QVERIFY2(!TakeCoinMessages().isEmpty(), "the read error is kept, not printed");
         view.setScene(QStringLiteral("None"));
         QVERIFY(!view.hasWorld());
-    }
-
-    void theViewerReportsMouseWheelAndFocusAndRunsCoinFromTheEventLoop() {
-        VrmlView view;
-        QVERIFY(MakeActive(view));
-        QSignalSpy presses(&view, &VrmlView::mousePressed), wheel(&view, &VrmlView::wheelTurned);
-        QSignalSpy gained(&view, &VrmlView::focusGained);
-        QTest::mousePress(&view, Qt::RightButton, Qt::ShiftModifier, QPoint(10, 20));
-        QCOMPARE(presses.at(0), (QVariantList{int(MouseRight), 1, 10.0f, 20.0f}));
-        for (int delta : {240, -120, 60, 60}) TurnWheel(&view, delta);  // half a notch waits for its other half
-        QCOMPARE(wheel.size(), 3);
-        QCOMPARE((QVariantList{wheel[0][0], wheel[1][0], wheel[2][0]}), (QVariantList{2, -1, 1}));
-        view.clearFocus();
-        view.setFocus();
-        QTRY_COMPARE(gained.size(), 1);
-        bool ran = false;
-        SoOneShotSensor once([](void* flag, SoSensor*) { *static_cast<bool*>(flag) = true; }, &ran);
-        once.schedule();
-        QTRY_VERIFY_WITH_TIMEOUT(ran, 2000);
-        // Images reach Coin bottom row first.
-        QImage png(1, 2, QImage::Format_ARGB32);
-        png.setPixel(0, 0, qRgba(255, 0, 0, 255));
-        png.setPixel(0, 1, qRgba(0, 0, 255, 128));
-        QVERIFY(png.save(QString::fromStdString(program_->folder.file("two.png"))));
-        CoinImage image;
-        QVERIFY(ReadCoinImage(QString::fromStdString(program_->folder.file("two.png")), image));
-        QCOMPARE(image.rgba, QByteArray("\x00\x00\xff\x80\xff\x00\x00\xff", 8));
     }
 };
 

@@ -6,24 +6,6 @@
 #include "shell/ui/helpviewer.h"
 #include "shell/ui/textviewer.h"
 
-namespace {
-
-struct SeenBox {
-    QString text, title;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
-};
-
-// Notes what the next message box shows and presses `press` on it.
-void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton press) {
-    WhenModalShown<QMessageBox>([&seen, press](QMessageBox* box) {
-        seen = {box->text(), box->windowTitle(), box->icon(), box->standardButtons()};
-        box->button(press)->click();
-    });
-}
-
-}  // namespace
-
 class QtDesktopTest : public QObject {
     Q_OBJECT
 
@@ -84,12 +66,15 @@ private slots:
              QMessageBox::NoIcon}};
         QtDesktop desktop;
         for (const auto& row : rows) {
-            SeenBox seen;
-            AnswerNextBox(seen, row.press);
-            const MessageAnswer got =
-                desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons);
-            QVERIFY(got == row.answer && seen.icon == row.qtIcon && (seen.buttons & row.press));
-            QCOMPARE(seen.text + "|" + seen.title, QString("First line\n\nThird line|VORN Terramason"));
+            QString seen;  // what the box shows, and whether its icon and buttons are those asked for
+            WhenModalShown<QMessageBox>([&](QMessageBox* box) {
+                const bool asked = box->icon() == row.qtIcon && (box->standardButtons() & row.press);
+                seen = box->text() + "|" + box->windowTitle() + (asked ? "" : " not as asked");
+                box->button(row.press)->click();
+            });
+            QVERIFY(desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons) ==
+                    row.answer);
+            QCOMPARE(seen, QString("First line\n\nThird line|VORN Terramason"));
         }
     }
 
@@ -99,8 +84,8 @@ private slots:
         WriteFile(existing.toStdString(), {'o', 'l', 'd'});
         bool dialogSeen = false;
         int questions = 0;
-        auto* poll = new QTimer;
-        QObject::connect(poll, &QTimer::timeout, poll, [&, poll] {
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&] {
             QWidget* modal = QApplication::activeModalWidget();
             if (auto* box = qobject_cast<QMessageBox*>(modal)) {
                 // A question of the dialog's own: counted and answered, so that the test ends.
@@ -115,11 +100,11 @@ private slots:
             // Queued, so that a question opened by the accept finds this timer free to answer it.
             QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
         });
-        poll->start(20);
+        poll.start(20);
         QtDesktop desktop;
         const std::string chosen =
             desktop.SaveFile("Export OIF file...", "OIF file|*.oif", "stadium.oif", dir.path().toStdString());
-        delete poll;
+        poll.stop();
         QVERIFY(dialogSeen && questions == 0);
         QCOMPARE(QString::fromStdString(chosen), existing);
     }

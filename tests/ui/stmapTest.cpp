@@ -19,8 +19,7 @@ const QColor Red(255, 0, 0), Blue(0, 0, 255), Green(0, 160, 0);
 void WriteTextures(const ScratchFolder& folder) {
     QImage wall(128, 64, QImage::Format_RGB32);
     wall.fill(Red);
-    for (int y = 0; y < 64; ++y)
-        for (int x = 64; x < 128; ++x) wall.setPixelColor(x, y, Blue);
+    QPainter(&wall).fillRect(64, 0, 64, 64, Blue);
     QVERIFY(wall.save(QString::fromStdString(folder.file("wall.bmp")), "BMP"));
     QImage pitch(64, 64, QImage::Format_RGB32);
     pitch.fill(Green);
