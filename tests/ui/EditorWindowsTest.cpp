@@ -147,11 +147,13 @@ private slots:
         WriteConfig("Terramason", "OIFEditor", "0");
         frame_ = std::make_unique<vorn>();
         frame_->createnew(0, "Project1");
+        CurrentProject.OIF = Stadium();
+        TheViews().RefreshPartsList();
         QAction* entry = frame_->menuAction("OIF Editor");
         QVERIFY(!entry->isChecked() && !vornoifform::existing());
         entry->trigger();
         vornoifform* f = vornoifform::existing();
-        QVERIFY(f && entry->isChecked());
+        QVERIFY(f && entry->isChecked() && f->oifpartbox()->count() == 3);
         auto* sub = qobject_cast<QMdiSubWindow*>(f->parentWidget());
         QVERIFY(sub && sub->mdiArea() == frame_->mdiArea());
         sub->showMinimized();

@@ -182,6 +182,7 @@ private slots:
         desktop_->registry[ZModelerRegistryValue] = program_->folder.file("ZModeler");
         vorn w;
         QVERIFY(w.menuAction("OEdit")->isEnabled() && w.menuAction("ZModeler")->isEnabled());
+        QVERIFY(!w.menuAction("Make stadium.big...")->isVisible());  // an entry the design keeps hidden
         QVERIFY(!w.menuAction("OIF Tool")->isEnabled() && !w.menuAction("Rhinoceros 3D")->isEnabled());
         w.menuAction("ConvRav")->trigger();  // its program missing: nothing, without a word
         QVERIFY(desktop_->commands.empty());

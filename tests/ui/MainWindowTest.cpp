@@ -150,10 +150,12 @@ private slots:
         QVERIFY2(desktop_->commands.empty(), "no outside tool for an empty project");
         // Ctrl+N replaces the open project at once.
         OpenProjectOf(w, {"Clock End", "North Bank"});
+        WriteFile(program_->folder.file("temp/Top.wrl"), {'#'});
         QVERIFY(MakeActive(w));
         SpyViews spy;
         QTest::keyClick(&w, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(CurrentProject.OIF.Parts.empty() && desktop_->messages.size() == 1);
+        QVERIFY(!std::filesystem::exists(program_->folder.file("temp/Top.wrl")));
         QCOMPARE(w.selectobj()->objectbox()->count(), 0);
         QCOMPARE(spy.calls, (std::vector<std::string>{"RefreshPartsList", "loadviews", "showselectobj"}));
     }
@@ -169,6 +171,7 @@ private slots:
         QCOMPARE(list->selectedRows(), std::vector<bool>(4, true));
         SpyViews spy;
         box->item(1)->setSelected(false);
+        QCOMPARE(spy.count("ReloadPreviews"), 1);
         QCOMPARE(TheViews().SelectedParts(), (std::vector<bool>{true, false, true, true}));
         list->ListReady = false;
         box->item(0)->setSelected(false);

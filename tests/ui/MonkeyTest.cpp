@@ -250,11 +250,8 @@ private:
         if (kind < 36) {  // a click, a right click or a double click
             const bool twice = kind >= 28;
             const Qt::MouseButton button = twice || pick(6) ? Qt::LeftButton : Qt::RightButton;
-            trail.add(step +
-                      (twice                      ? "double click "
-                       : button == Qt::LeftButton ? "click "
-                                                  : "right click ") +
-                      name + At(p));
+            static const char* const clicks[] = {"click ", "right click ", "double click "};
+            trail.add(step + clicks[twice ? 2 : button == Qt::RightButton] + name + At(p));
             QTest::mousePress(w, button, {}, p);
             if (w) QTest::mouseRelease(w, button, {}, p);
             if (w && twice) QTest::mouseDClick(w, button, {}, p);
