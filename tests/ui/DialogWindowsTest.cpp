@@ -23,17 +23,6 @@ int Vertices() {
 }
 QCheckBox* Check(QWidget* w, const char* name) { return w->findChild<QCheckBox*>(name); }
 QLineEdit* Box(QWidget* w, const char* name) { return w->findChild<QLineEdit*>(name); }
-// The modal window of class T that `open` opens, with `act` run inside it.
-template <class T>
-bool RunModal(const std::function<void()>& open, const std::function<void(T*)>& act) {
-    bool driven = false;
-    WhenModalShown<T>([&](T* w) {
-        driven = true;
-        act(w);
-    });
-    open();
-    return driven;
-}
 }  // namespace
 
 class DialogWindowsTest : public QObject {

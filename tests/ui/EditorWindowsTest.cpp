@@ -79,7 +79,7 @@ private slots:
         }
     }
 
-    void theEditorShowsTheDocumentAndItsControlsWriteItBack() {
+    void theEditorShowsTheDocumentItsControlsWriteItBackAndItsButtonsReachIt() {
         vornoifform* f = openStadium();
         QCOMPARE(f->oifpartbox()->count(), 3);
         QCOMPARE(f->oifpartvertices()->itemText(1), QString("-1.5, 0, 100000"));
@@ -123,10 +123,7 @@ private slots:
         UserPicksRow(f->oifpartbox(), 2);
         QVERIFY(!f->oifvertexx()->isEnabled() && !f->oifvertexpointsel()->isEnabled());
         QCOMPARE(TheViews().Selection().vertex, -1);
-    }
-
-    void deleteAndExportReachTheDocumentAndTheList() {
-        vornoifform* f = openStadium();
+        // Export and Delete reach the document and the list.
         UserPicksRow(f->oifpartbox(), 1);
         const OIFFile before = CurrentProject.OIF;
         program_->desktop.dialogAnswers = {program_->folder.file("roof.oif")};
@@ -224,14 +221,14 @@ private slots:
         PreviewRefreshOn = false;
         SpyViews spy;
         bool refusedFirst = false;
-        WhenModalShown<texturename>([&](texturename* w) {
+        const auto import = [&] { frame_->menuAction("Import Textures for Previews...")->trigger(); };
+        RunModal<texturename>(import, [&](texturename* w) {
             w->texbox()->setEditText(QString());
             w->okbut()->click();
             refusedFirst = w->isVisible() && program_->desktop.messages.size() == 2;
             w->texbox()->setEditText("rwa2");
             w->okbut()->click();
         });
-        frame_->menuAction("Import Textures for Previews...")->trigger();
         QVERIFY(refusedFirst && !PreviewRefreshOn);
         QCOMPARE(ReadFile(AppPath("temp/rwa2.png")), ReadFile(chosen));
         QCOMPARE(spy.flagAtRebuild, std::vector<bool>{true});

@@ -128,12 +128,12 @@ private slots:
     void theProjectWindowRefusesABaseAndKeepsTheNameAsDocumentText() {
         vorn w;
         w.show();
-        WhenModalShown<vornnewproj>([](vornnewproj* d) { QTest::mouseClick(d->cancelbut(), Qt::LeftButton); });
-        w.menuAction("&Open Project...")->trigger();
+        const auto open = [&] { w.menuAction("&Open Project...")->trigger(); };
+        QVERIFY(RunModal<vornnewproj>(open, [](vornnewproj* d) { QTest::mouseClick(d->cancelbut(), Qt::LeftButton); }));
         QVERIFY(CurrentProject.Name.empty() && !w.menuAction("&Save OIF")->isEnabled());
         WriteFile(program_->folder.file("temp/stad5.big"), {'B', 'I', 'G'});
         bool refusedKept = false;
-        WhenModalShown<vornnewproj>([&](vornnewproj* d) {
+        RunModal<vornnewproj>(open, [&](vornnewproj* d) {
             d->projectbox()->setText(QString::fromUtf8("Stade V\xC3\xA9lodrome"));
             d->stadiumbased()->setCurrentIndex(4);
             QTest::mouseClick(d->okbut(), Qt::LeftButton);
@@ -141,7 +141,6 @@ private slots:
             d->stadiumbased()->setCurrentIndex(0);
             QTest::mouseClick(d->okbut(), Qt::LeftButton);
         });
-        w.menuAction("&Open Project...")->trigger();
         QVERIFY(refusedKept);
         QCOMPARE(w.windowTitle(), QString::fromUtf8("VORN Terramason - [design] - [Stade V\xC3\xA9lodrome]"));
         QCOMPARE(CurrentProject.Name, std::string("Stade V\xE9lodrome"));

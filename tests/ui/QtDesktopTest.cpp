@@ -67,13 +67,16 @@ private slots:
         QtDesktop desktop;
         for (const auto& row : rows) {
             QString seen;  // what the box shows, and whether its icon and buttons are those asked for
-            WhenModalShown<QMessageBox>([&](QMessageBox* box) {
+            MessageAnswer got{};
+            const auto ask = [&] {
+                got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons);
+            };
+            QVERIFY(RunModal<QMessageBox>(ask, [&](QMessageBox* box) {
                 const bool asked = box->icon() == row.qtIcon && (box->standardButtons() & row.press);
                 seen = box->text() + "|" + box->windowTitle() + (asked ? "" : " not as asked");
                 box->button(row.press)->click();
-            });
-            QVERIFY(desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons) ==
-                    row.answer);
+            }));
+            QVERIFY(got == row.answer);
             QCOMPARE(seen, QString("First line\n\nThird line|VORN Terramason"));
         }
     }

@@ -44,19 +44,21 @@ struct ScratchProgram {
     ScriptedDesktop desktop;
 };
 
-// Runs `act` once on the next modal window of class T as soon as it is shown: the test's hand
-// inside exec().
+// Runs `act` once on the next modal window of class T as soon as it is shown (the test's hand
+// inside exec()), then `open`, which opens it; false if no such window came.
 template <class T>
-void WhenModalShown(std::function<void(T*)> act) {
-    auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
+bool RunModal(const std::function<void()>& open, const std::function<void(T*)>& act) {
+    bool driven = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
         auto* window = qobject_cast<T*>(QApplication::activeModalWidget());
-        if (!window || !window->isVisible()) return;
-        poll->stop();
-        poll->deleteLater();
+        if (!window || !window->isVisible() || driven) return;
+        driven = true;
         act(window);
     });
-    poll->start(10);
+    poll.start(10);
+    open();
+    return driven;
 }
 
 // The class of the modal window that `trigger` opens, closed again at once; empty for none.
