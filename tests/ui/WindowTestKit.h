@@ -1,28 +1,28 @@
 #pragma once
-// Helpers of the window tests: a scratch program, a hand inside modal windows, a spy on what the
+// Helpers of the window tests, with the headers they all use: a scratch program, a hand inside modal windows, a spy on what the
 // windows ask of the views, the main window with a project, small documents and pixel counts.
-#include <QApplication>
-#include <QBuffer>
-#include <QComboBox>
-#include <QDialog>
-#include <QImage>
-#include <QPushButton>
-#include <QTimer>
 #include <QtTest>
-#include <cstdint>
+#include <QtWidgets>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "core/OIFOps.h"
 #include "core/ProgramState.h"
 #include "core/Views.h"
+#include "editors/ui/vornoifform.h"
+#include "editors/ui/vornselectobj.h"
+#include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
+#include "preview/ui/CortonaViewer.h"
+#include "preview/ui/VrmlView.h"
 #include "shell/HelpOps.h"
+#include "shell/IniOps.h"
 #include "shell/ui/vorn.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
-#include "wizards/ui/WizardFrame.h"
 
 // The program state of a fresh start, a scratch folder as AppFolder, the shipped resources and
 // the scripted desktop. Made in init() and dropped in cleanup().
@@ -44,19 +44,21 @@ struct ScratchProgram {
     ScriptedDesktop desktop;
 };
 
-// Runs `act` once on the next modal window of class T as soon as it is shown: the test's hand
-// inside exec().
+// Runs `act` once on the next modal window of class T as soon as it is shown (the test's hand
+// inside exec()), then `open`, which opens it; false if no such window came.
 template <class T>
-void WhenModalShown(std::function<void(T*)> act) {
-    auto* poll = new QTimer;
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
+bool RunModal(const std::function<void()>& open, const std::function<void(T*)>& act) {
+    bool driven = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
         auto* window = qobject_cast<T*>(QApplication::activeModalWidget());
-        if (!window || !window->isVisible()) return;
-        poll->stop();
-        poll->deleteLater();
+        if (!window || !window->isVisible() || driven) return;
+        driven = true;
         act(window);
     });
-    poll->start(10);
+    poll.start(10);
+    open();
+    return driven;
 }
 
 // The class of the modal window that `trigger` opens, closed again at once; empty for none.
@@ -93,27 +95,13 @@ public:
     SpyViews& operator=(const SpyViews&) = delete;
     std::vector<std::string> calls;
     std::vector<bool> flagAtRebuild;
-    void RefreshPartsList() override {
-        note("RefreshPartsList");
-        inner().RefreshPartsList();
-    }
-    void loadviews() override {
-        note("loadviews");
-        inner().loadviews();
-    }
+    void RefreshPartsList() override { note("RefreshPartsList"), inner().RefreshPartsList(); }
+    void loadviews() override { note("loadviews"), inner().loadviews(); }
     void RebuildPreviews() override {
-        flagAtRebuild.push_back(PreviewRefreshOn);
-        note("RebuildPreviews");
-        inner().RebuildPreviews();
+        flagAtRebuild.push_back(PreviewRefreshOn), note("RebuildPreviews"), inner().RebuildPreviews();
     }
-    void ReloadPreviews() override {
-        note("ReloadPreviews");
-        inner().ReloadPreviews();
-    }
-    void showselectobj() override {
-        note("showselectobj");
-        inner().showselectobj();
-    }
+    void ReloadPreviews() override { note("ReloadPreviews"), inner().ReloadPreviews(); }
+    void showselectobj() override { note("showselectobj"), inner().showselectobj(); }
     std::vector<bool> SelectedParts() override { return inner().SelectedParts(); }
     PreviewSelection Selection() override { return inner().Selection(); }
     int count(const std::string& call) const { return int(std::count(calls.begin(), calls.end(), call)); }
@@ -128,26 +116,20 @@ private:
 // A document of parts with these names, all of texture tp00.
 inline OIFFile NamedParts(std::initializer_list<const char*> names) {
     OIFFile doc = NewOIFFile();
-    for (const char* name : names) {
-        OIFPart part;
-        part.Header.Name = name;
-        part.Header.Texture = "tp00";
-        doc = AddPart(part, doc);
-    }
+    for (const char* name : names)
+        doc = AddPart(OIFPart{.Header = {.Name = name, .Texture = "tp00"}, .Vertices = {}, .Indices = {}}, doc);
     return doc;
 }
 
 // A square pitch in the X-Z plane around the origin, where every view looks, as one strip of two
 // triangles with the texture over its whole face.
 inline OIFFile TexturedQuad(float half = 15000, const char* texture = "tp00") {
-    OIFPart p;
-    p.Header.Name = "pitch";
-    p.Header.Texture = texture;
-    p.Vertices = {
-        {-half, 0, -half, 0, 0, 0}, {half, 0, -half, 0, 1, 0}, {-half, 0, half, 0, 0, 1}, {half, 0, half, 0, 1, 1}};
-    p.Indices = {0, 1, 2, 3};
-    p.Header.VertexCount = 4;
-    p.Header.IndexCount = 4;
+    const OIFPart p{.Header = {.Name = "pitch", .Texture = texture, .VertexCount = 4, .IndexCount = 4},
+                    .Vertices = {{-half, 0, -half, 0, 0, 0},
+                                 {half, 0, -half, 0, 1, 0},
+                                 {-half, 0, half, 0, 0, 1},
+                                 {half, 0, half, 0, 1, 1}},
+                    .Indices = {0, 1, 2, 3}};
     return AddPart(p, NewOIFFile());
 }
 
@@ -199,8 +181,7 @@ inline void UserPicksRow(QComboBox* box, int row) {
 // Runs the application's event loop as main() does; -1 if nothing ended it within five seconds.
 inline int RunEventLoop(const std::function<void()>& first) {
     QTimer watchdog;
-    watchdog.setSingleShot(true);
-    QObject::connect(&watchdog, &QTimer::timeout, [] { QCoreApplication::exit(-1); });
+    watchdog.callOnTimeout([] { QCoreApplication::exit(-1); });
     watchdog.start(5000);
     QTimer::singleShot(0, first);
     return QCoreApplication::exec();
@@ -222,19 +203,4 @@ inline std::vector<std::uint8_t> PngOf(QColor colour, int width = 4, int height 
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
     return {bytes.begin(), bytes.end()};
-}
-
-// What every wizard does alike: Cancel asks the exit question and No keeps it, the close box asks
-// again and Yes closes it, and Help opens its page.
-inline void CheckExitQuestionAndHelp(WizardFrame& w, ScriptedDesktop& desktop, const std::string& helpPage) {
-    w.show();
-    desktop.answers = {MessageAnswer::No, MessageAnswer::Yes};
-    w.cancelbut()->click();
-    QVERIFY(w.isVisible());
-    QCOMPARE(desktop.messages.back().text, std::string("Are you sure you want to exit the wizard?   "));
-    w.close();
-    QVERIFY(!w.isVisible());
-    QCOMPARE(desktop.messages.size(), std::size_t(2));
-    w.helpbut()->click();
-    QCOMPARE(desktop.pages.back(), HelpPageAddress(helpPage));
 }

@@ -3,23 +3,11 @@
 // and adds a part, and every close asks. Sizes, snaps, bounds and UVs are AtlasLayoutTest's and
 // ImportPartTest's, the texture search ImportTexturesTest's.
 #define QTEST_QPA_MOUSE_HANDLING  // mouse events through the window, as the platform sends them
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSettings>
-#include <QTreeWidget>
-#include <QtTest>
-
-#include <memory>
 
 #include "WindowTestKit.h"
 #include "core/oif.h"
 #include "importer/ui/stmap.h"
 #include "importer/ui/stmapSettings.h"
-#include "shell/HelpOps.h"
-#include "shell/IniOps.h"
 
 namespace {
 
@@ -31,8 +19,7 @@ const QColor Red(255, 0, 0), Blue(0, 0, 255), Green(0, 160, 0);
 void WriteTextures(const ScratchFolder& folder) {
     QImage wall(128, 64, QImage::Format_RGB32);
     wall.fill(Red);
-    for (int y = 0; y < 64; ++y)
-        for (int x = 64; x < 128; ++x) wall.setPixelColor(x, y, Blue);
+    QPainter(&wall).fillRect(64, 0, 64, 64, Blue);
     QVERIFY(wall.save(QString::fromStdString(folder.file("wall.bmp")), "BMP"));
     QImage pitch(64, 64, QImage::Format_RGB32);
     pitch.fill(Green);
@@ -97,7 +84,9 @@ private slots:
         program_.reset();
     }
 
-    void theToolsMenuLoadsTheModelIntoTheListAndTheSheet() {
+    // The load fills the list and the sheet; the window follows the sheet's width; asked for
+    // again, the open importer is only shown; Help opens its page and every close asks.
+    void theToolsMenuLoadsTheModelIntoTheListAndTheSheetAndEveryCloseAsks() {
         Store().setValue("Settings/FlipV", "0");  // an earlier run's value wins over the 3DS default
         WriteTextures(program_->folder);
         desktop_->dialogAnswers = {Model, program_->folder.path()};
@@ -109,51 +98,52 @@ private slots:
         QCOMPARE(desktop_->dialogTitles,
                  (std::vector<std::string>{"Select file to import...", "Select Textures Path"}));
         QCOMPARE(w->lvTex()->topLevelItem(1)->text(0), QString("pitch.bmp"));
-        QCOMPARE(w->currentItem(), 1);
-        QVERIFY(Shows(w, 1) && Shows(w, 2) && !w->box(1).Visible);
+        QVERIFY(w->currentItem() == 1 && Shows(w, 1) && Shows(w, 2) && !w->box(1).Visible);
         QCOMPARE(Importer.Settings.FlipV, std::int16_t(0));
         QCOMPARE(Importer.TexturesPath, program_->folder.path() + "/");
-        // The window follows the sheet's width; textures stay where they are.
         UserPicksRow(w->cboTexsize(), 1);
-        QCOMPARE(w->picBg()->size(), QSize(256, 512));
-        QCOMPARE(w->size(), QSize(416, 539));
-        QCOMPARE(w->box(1).Left, 192);
-        stmap::open(nullptr);  // asked for again, the open importer is only shown
-        QCOMPARE(stmap::existing(), w);
-        QCOMPARE(desktop_->dialogTitles.size(), std::size_t(2));
+        QVERIFY(w->picBg()->size() == QSize(256, 512) && w->size() == QSize(416, 539) && w->box(1).Left == 192);
+        stmap::open(nullptr);
+        QVERIFY(stmap::existing() == w && desktop_->dialogTitles.size() == 2);
+        Click(w->Command1());
+        QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("stadiumimporter.html")}));
+        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
+        Click(w->cmdExit());
+        QVERIFY(w->isVisible());
+        QVERIFY(w->close());
+        QTRY_VERIFY(!stmap::existing());
+        QCOMPARE(desktop_->messages.size(), std::size_t(2));
     }
 
     void aLoadGivenUpAsksTheExitQuestionAndNoKeepsAnImporterThatActsOnNothing() {
         desktop_->answers = {MessageAnswer::Yes};
         stmap::open(nullptr);
-        QCOMPARE(desktop_->messages.at(0).text, std::string(ExitQuestion));
-        QVERIFY(!stmap::existing());
+        QVERIFY(desktop_->messages.at(0).text == ExitQuestion && !stmap::existing());
         WriteTextures(program_->folder);
         WriteFile(program_->folder.file("broken.bmp"), {'B', 'M', 1});
         std::filesystem::remove(program_->folder.file("pitch.bmp"));
-        const std::vector<std::string> answers[] = {
-            {program_->folder.file("stand.obj"), program_->folder.path()},
-            {Model, program_->folder.path(), ""},
-            {Model, program_->folder.path(), program_->folder.file("broken.bmp")}};
-        for (const auto& given : answers) {
-            desktop_->dialogAnswers = {given.begin(), given.end()};
+        const std::string folder = program_->folder.path();
+        for (const std::deque<std::string>& given :
+             {std::deque<std::string>{program_->folder.file("stand.obj"), folder},
+              {Model, folder, ""},
+              {Model, folder, program_->folder.file("broken.bmp")}}) {
+            desktop_->dialogAnswers = given;
             desktop_->answers = {MessageAnswer::No};
             stmap::open(nullptr);
             stmap* w = stmap::existing();
-            QVERIFY(w && w->isVisible() && w->isEnabled());
-            QCOMPARE(desktop_->messages.back().text, std::string(ExitQuestion));
+            QVERIFY(w && w->isVisible() && w->isEnabled() && desktop_->messages.back().text == ExitQuestion);
             QCOMPARE(w->lvTex()->topLevelItemCount(), 0);
-            Click(w->cmdMap());
+            for (QWidget* button : {w->cmdMap(), w->cmdReset(), w->cmdCheckBounds()}) Click(button);
             Click(w->cmdMap(), Qt::ControlModifier);
-            Click(w->cmdReset());
-            Click(w->cmdCheckBounds());
             w->repaint();
             closeAnswering(w);
         }
         QCOMPARE(desktop_->messages.at(1).text, std::string("File extension is not supported!"));
     }
 
-    void mapResetAndBoundsActOnTheSelectedTextureAndWithCtrlOnAll() {
+    // Map, Reset and the bounds act on the selected texture, with Ctrl on all; drags, handles and
+    // keys move and size them.
+    void buttonsDragsHandlesAndKeysReachTheLayout() {
         stmap* w = open();
         Click(w->cmdMap());
         QVERIFY(w->box(1).Visible && !w->box(2).Visible && Shows(w, 1));
@@ -162,8 +152,7 @@ private slots:
         QVERIFY(!w->box(1).Visible && w->box(2).Visible && !w->picHandle(8)->isVisible());
         Click(w->cmdMap());
         Click(w->cmdReset());
-        QCOMPARE(w->box(1).Width, 1920);
-        QCOMPARE(w->box(2).Width, 64);
+        QVERIFY(w->box(1).Width == 1920 && w->box(2).Width == 64);
         Click(w->cmdReset(), Qt::ControlModifier);
         QVERIFY(w->box(2).Width == 960 && Shows(w, 2));
         Click(w->cmdCheckBounds());
@@ -171,10 +160,8 @@ private slots:
         w->lvTex()->setFocus();
         QTest::keyClick(w->lvTex(), Qt::Key_Down);
         QCOMPARE(w->currentItem(), 2);
-    }
-
-    void dragsHandlesAndKeysMoveTheTextures() {
-        stmap* w = open();
+        closeAnswering(w);
+        w = open();
         Click(w->cmdMap(), Qt::ControlModifier);
         Click(w->cmdMap());
         // 192 to 3 snaps to the edge; the handles hide during the drag.
@@ -189,19 +176,16 @@ private slots:
         Snaps(w, false);
         Drag(w, At(w->box(2), 5, 5), QPoint(-3, 1));
         QCOMPARE(w->lvTex()->currentItem(), w->lvTex()->topLevelItem(1));
-        QCOMPARE(Corner(w->box(2)), QPoint(-8, -4));
-        QVERIFY(Shows(w, 2));
+        QVERIFY(Corner(w->box(2)) == QPoint(-8, -4) && Shows(w, 2));
         w->chkAutoselect()->setChecked(false);
         Drag(w, At(w->box(1), 96, 36), QPoint(300, 300));
-        QCOMPARE(w->currentItem(), 2);
-        QCOMPARE(w->box(1).Left, 0);
+        QVERIFY(w->currentItem() == 2 && w->box(1).Left == 0);
         // Handle 8 of texture 1 by (+10, +5) resizes it, then the keys move and size it.
         w->lvTexItemClick(1);
         const QPoint corner = w->picHandle(8)->pos() + QPoint(3, 3);
         Drag(w, corner, corner + QPoint(10, 5));
         QCOMPARE(w->box(1), (TextureBox{0, 4, 138, 69, true}));
-        QCOMPARE(w->picHandle(8)->pos(), QPoint(138, 73));
-        QCOMPARE(QApplication::focusWidget(), w->picTex(1));
+        QVERIFY(w->picHandle(8)->pos() == QPoint(138, 73) && QApplication::focusWidget() == w->picTex(1));
         // A step of one, of five with Ctrl; Shift sizes instead of moving.
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Right);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down, Qt::ControlModifier);
@@ -211,14 +195,26 @@ private slots:
         QVERIFY(Shows(w, 1));
     }
 
-    void exportPaintsTheBitmapAndAddsAPartEachTime() {
+    // Export stops at the bounds; it paints the bitmap and adds a part each time; a cancelled
+    // dialog leaves the window disabled, and with AutoClose the exit question follows.
+    void exportPaintsTheBitmapAndAddsAPartOrStopsAtTheBounds() {
         SpyViews views;
         stmap* w = open();
+        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
+        Click(w->cmdExport());
+        QCOMPARE(desktop_->messages.size(), std::size_t(1));
+        Click(w->cmdExport());
+        QCOMPARE(desktop_->messages.back().text, std::string("Texture cannot be properly made. Please check bounds!"));
+        QVERIFY(w->isEnabled());
         Click(w->cmdMap(), Qt::ControlModifier);
         Click(w->cmdMap());
         Snaps(w, false);
         Drag(w, At(w->box(1), 5, 5), QPoint(256 + 5, 64 + 5));
         Drag(w, At(w->box(2), 5, 5), QPoint(5, 5));
+        desktop_->answers = {MessageAnswer::Yes};
+        Click(w->cmdExport());
+        QVERIFY(!w->isEnabled() && CurrentProject.OIF.Parts.empty());
+        w->setEnabled(true);
         const std::string bitmap = program_->folder.file("atlas");
         desktop_->answers = {MessageAnswer::Yes};
         desktop_->dialogAnswers = {bitmap};
@@ -236,49 +232,14 @@ private slots:
         QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(1));
         for (const OIFVertex& v : CurrentProject.OIF.Parts[0].Vertices)
             QVERIFY(v.Z == 0 ? v.U >= 0.5f && v.U <= 0.75f : v.U <= 0.125f);  // the Stand lies at Z 0
-        desktop_->answers = {MessageAnswer::Yes, MessageAnswer::Yes};         // and replace the bitmap
+        WriteConfig("Stadium Importer", "AutoClose", "1");
+        desktop_->answers = {MessageAnswer::Yes, MessageAnswer::Yes, MessageAnswer::No};  // and replace the bitmap
         desktop_->dialogAnswers = {bitmap + ".bmp"};
         Click(w->cmdExport());
         QCOMPARE(CurrentProject.OIF.Parts.size(), std::size_t(2));
         QCOMPARE(CurrentProject.OIF.Parts[1].Header.Name.str().substr(0, 14), std::string("Part 1 [tp00] "));
-    }
-
-    void exportStopsAtTheBoundsAndACancelledDialogLeavesTheWindowDisabled() {
-        stmap* w = open();
-        desktop_->answers = {MessageAnswer::No, MessageAnswer::Yes};
-        Click(w->cmdExport());
-        QCOMPARE(desktop_->messages.size(), std::size_t(1));
-        Click(w->cmdExport());
-        QCOMPARE(desktop_->messages.back().text, std::string("Texture cannot be properly made. Please check bounds!"));
-        QVERIFY(w->isEnabled());
-        Click(w->cmdMap(), Qt::ControlModifier);
-        Click(w->cmdMap());
-        Snaps(w, false);
-        Drag(w, At(w->box(2), 5, 5), QPoint(5, 5));
-        desktop_->answers = {MessageAnswer::Yes};
-        Click(w->cmdExport());
-        QVERIFY(!w->isEnabled() && CurrentProject.OIF.Parts.empty());
-        // With AutoClose the exit question follows the export; No leaves the window disabled.
-        w->setEnabled(true);
-        WriteConfig("Stadium Importer", "AutoClose", "1");
-        desktop_->answers = {MessageAnswer::Yes, MessageAnswer::No};
-        desktop_->dialogAnswers = {program_->folder.file("auto.bmp")};
-        Click(w->cmdExport());
         QCOMPARE(desktop_->messages.back().text, std::string(ExitQuestion));
-        QVERIFY(CurrentProject.OIF.Parts.size() == 1 && w->isVisible() && !w->isEnabled());
-    }
-
-    void everyCloseAsksAndHelpOpensItsPage() {
-        stmap* w = open();
-        Click(w->Command1());
-        QCOMPARE(desktop_->pages, (std::vector<std::string>{HelpPageAddress("stadiumimporter.html")}));
-        desktop_->answers = {MessageAnswer::No};
-        Click(w->cmdExit());
-        QVERIFY(w->isVisible());
-        desktop_->answers = {MessageAnswer::Yes};
-        QVERIFY(w->close());
-        QTRY_VERIFY(!stmap::existing());
-        QCOMPARE(desktop_->messages.size(), std::size_t(2));
+        QVERIFY(w->isVisible() && !w->isEnabled());
     }
 
     void settingsShowCleanAndOkWritesTheStoreAndTheProgramAndCancelNothing() {
