@@ -37,25 +37,6 @@ const char* UserReg =
     "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\r\n";
 }  // namespace
 
-TEST(RegistryFiles, FindStringsDwordsAndDefaultValuesIgnoringCase) {
-    const struct {
-        const char *file, *key, *name, *value;  // value nullptr: not found
-    } cases[] = {
-        {SystemReg, "SOFTWARE\\EA SPORTS\\FIFA 2003", "Install Dir", "C:\\Program Files\\EA SPORTS\\FIFA 2003\\"},
-        {SystemReg, "software\\problems inc\\oedit", "runs", "42"},
-        {SystemReg, "Software\\Problems Inc\\OEdit", "@", "default \"quoted\" text"},
-        {SystemReg, "Software\\EA SPORTS", "Install Dir", nullptr},  // keys match whole
-        {SystemReg, "Software\\EA SPORTS\\FIFA 2003", "Missing", nullptr},
-        {"", "a", "b", nullptr},
-        {UserReg, "Software\\Problems Inc\\OIFTool", "InstallPath", "C:\\Tools\\OIFTool"},  // CR LF
-    };
-    for (const auto& c : cases) {
-        std::string v;
-        EXPECT_EQ(FindRegValue(c.file, c.key, c.name, v), c.value != nullptr) << c.key << " " << c.name;
-        if (c.value) { EXPECT_EQ(v, c.value); }
-    }
-}
-
 TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
     ScratchFolder dir;
     const std::string prefix = dir.file("wine");
@@ -69,8 +50,7 @@ TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
         {"c:\\program files\\ea sports\\fifa 2003\\DATA", prefix + "/drive_c/Program Files/EA Sports/FIFA 2003/data"},
         {"C:\\Games\\New", prefix + "/drive_c/Games/New"},
         {"3.0", "3.0"},
-        {"/home/me/fifa", "/home/me/fifa"},
-    };
+        {"/home/me/fifa", "/home/me/fifa"}};
     for (const auto& [windows, local] : toLocal) EXPECT_EQ(WindowsPathToLocal(windows, prefix), local) << windows;
     fs::create_directories(prefix + "/dosdevices");
     fs::create_directory_symlink("../drive_c", prefix + "/dosdevices/c:");
@@ -93,16 +73,21 @@ TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
     }
 }
 
+// Values of the hives: strings, dwords and default values, keys and names in any case but whole.
 TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {
     FakeMachine m;
     const std::string file = RegistryFilePath(), lm = "HKEY_LOCAL_MACHINE\\SOFTWARE\\";
     m.Text(m.prefix + "/system.reg", SystemReg);
-    m.Text(m.prefix + "/user.reg", UserReg);
+    m.Text(m.prefix + "/user.reg", UserReg);  // CR LF
     const std::string oiftool = "HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath";
     const std::string language = lm + "EA SPORTS\\FIFA 2003\\Language";
     const std::pair<std::string, std::string> before[] = {
         {oiftool, m.prefix + "/drive_c/Tools/OIFTool"},
         {language, "English"},
+        {"hkey_local_machine\\software\\problems inc\\oedit\\runs", "42"},
+        {lm + "Problems Inc\\OEdit\\@", "default \"quoted\" text"},
+        {lm + "EA SPORTS\\Install Dir", ""},
+        {lm + "EA SPORTS\\FIFA 2003\\Missing", ""},
         {"HKEY_CURRENT_USER\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", ""},  // not in the machine's hive
         {lm + "McNeel\\Rhinoceros\\3.0\\MostRecent", "3.0"},                  // 32-bit keys of a 64-bit prefix
     };
@@ -176,7 +161,7 @@ TEST(Processes, CommandLinesSplitStartAndAreWaitedFor) {
     m.desktop.runProcesses = true;
     const std::string tool = m.dir.file("slow"), hang = m.dir.file("hang");
     m.Script(tool, "sleep 0.3; echo done > \"$1\"");
-    m.Script(hang, "sleep 30");
+    m.Script(hang, "exec sleep 30");
     EXPECT_TRUE(RunAndWait("\"" + tool + "\" \"" + m.dir.file("out") + "\"", WindowMode::Hidden));
     EXPECT_EQ(ReadText(m.dir.file("out")), "done\n");
     EXPECT_GE(m.desktop.pumps, 2) << "the event pump turns while waiting";
