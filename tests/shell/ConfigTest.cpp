@@ -130,22 +130,19 @@ TEST_F(Config, OptionsOpenInTheControlsFormAndApplyStoresInOrderWithTheViewerCha
     for (const OptionKey& k : OptionKeys) c[k.control] = k.kind == OptionKind::Flag ? "1" : "7";
     c["refreshpreviewbox"] = c["oifeditor"] = "0";
     c["crowdspacing"] = "150.00";
-    std::vector<std::string> steps;
+    std::string steps;
     ApplyOptions(
-        c, [&] { steps.push_back("viewer " + ReadConfig("Terramason", "OIFEditor")); },
+        c, [&] { steps += "viewer " + ReadConfig("Terramason", "OIFEditor") + "|"; },
         [&](const std::string& s, const std::string& k, const std::string& v) {
-            steps.push_back(s + "/" + k + "=" + v);
+            steps += s + "/" + k + "=" + v + "|";
             WriteConfig(s, k, v);
         });
-    const std::vector<std::string> expected{"Terramason/Previews=1",     "Terramason/PreviewRefresh=0",
-                                            "Previews/PerspectiveTex=1", "viewer 1",
-                                            "Terramason/OIFEditor=0",    "Stadium Importer/AutoClose=1",
-                                            "Import/CrowdHeight=7",      "Crowd Wizard/CrowdHeight=7",
-                                            "Crowd Wizard/NoOfRows=7",   "Crowd Wizard/CrowdSpacing=150",
-                                            "Crowd Wizard/Home=1",       "Terramason/Starter=1",
-                                            "Startup/NewProj=1",         "Startup/Maximise=1",
-                                            "Previews/ZoomAmount=7"};
-    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(
+        steps,
+        "Terramason/Previews=1|Terramason/PreviewRefresh=0|Previews/PerspectiveTex=1|viewer 1|Terramason/OIFEditor=0|"
+        "Stadium Importer/AutoClose=1|Import/CrowdHeight=7|Crowd Wizard/CrowdHeight=7|Crowd Wizard/NoOfRows=7|"
+        "Crowd Wizard/CrowdSpacing=150|Crowd Wizard/Home=1|Terramason/Starter=1|Startup/NewProj=1|"
+        "Startup/Maximise=1|Previews/ZoomAmount=7|");
     EXPECT_EQ(ReadConfig("Crowd Wizard", "CrowdSpacing"), "150");
 }
 
