@@ -47,13 +47,6 @@ std::string Placed(std::string text, const std::string& dir) {
     return text;
 }
 
-std::vector<std::string> Words(const std::string& line, const std::string& dir) {
-    std::vector<std::string> words;
-    std::istringstream in(line);
-    for (std::string w; in >> w;) words.push_back(Placed(w, dir));
-    return words;
-}
-
 // "X,Y=RRGGBB" held against a 24-bit bitmap, whose rows are stored bottom first, padded to four bytes.
 bool PixelIs(const std::vector<std::uint8_t>& b, const std::string& needle) {
     int x = 0, y = 0;
@@ -109,18 +102,19 @@ void Inputs(const std::string& dir) {
     resaved[24 + 28 + 2] = ' ';
     for (int i = 0; i < 4; ++i) resaved[24 + 40 + 2 * 24 + 3 * 2 + 28 + i] = "tp00"[i];
     put("resaved.oif", resaved);
-    std::vector<std::uint8_t> kind2 = Stadium({"tp01"}), cut = kind2;
+    std::vector<std::uint8_t> kind2 = Stadium({"tp01"}), cut = kind2, broken = Stadium({"tp00"});
     kind2[6] = 2;
     cut.resize(23);
-    put("kind2.oif", kind2);
-    put("short.oif", cut);
-    put("st1.oif", Stadium({"tp00"}));
-    put("st2.oif", Stadium({"cr01", "ad02"}));
-    put("st3.oif", Stadium({"tp00", "cr01", "ad02"}));
-    put("st6.oif", Stadium({"tp00", "TP00", "tp00", "rwh0", "tp00", "rwh0"}));
-    std::vector<std::uint8_t> broken = Stadium({"tp00"});
     broken.pop_back();
-    put("broken.oif", broken);
+    for (const auto& [name, bytes] : {std::pair{"kind2.oif", kind2},
+                                      {"short.oif", cut},
+                                      {"broken.oif", broken},
+                                      {"st1.oif", Stadium({"tp00"})},
+                                      {"st2.oif", Stadium({"cr01", "ad02"})},
+                                      {"st3.oif", Stadium({"tp00", "cr01", "ad02"})},
+                                      {"made.oif", Stadium({"rwh0"})},
+                                      {"st6.oif", Stadium({"tp00", "TP00", "tp00", "rwh0", "tp00", "rwh0"})}})
+        put(name, bytes);
     const Bytes3DS stand = File(
         {Material("Seats", "rwh0.bmp"), Object("Stand", {Vertices({{0, 0, 0}, {1, 0, 0}, {1, 2, 0.5f}, {0, 2, 0.5f}}),
                                                          TexVerts({{0, 0}, {1, 0}, {1, 1}, {0, 1}}),
@@ -135,7 +129,6 @@ void Inputs(const std::string& dir) {
     fs::create_directories(dir + "/oiftool");
     text("terramason/registry.conf",
          "HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath=" + dir + "/oiftool\n");
-    put("made.oif", Stadium({"rwh0"}));
     text("oiftool/oifconvert", "#!/bin/sh\n[ \"$1\" = --to-oif ] && cp '" + dir + "/made.oif' \"$3\"\n");
     ::chmod((dir + "/oiftool/oifconvert").c_str(), 0755);
     // The importer's model of three textures and a RAV text of two rows, with their pictures.
@@ -158,7 +151,7 @@ struct Row {
 #define RAVATLAS "atlas $rows.txt --textures $tex --layout $rows.json --bitmap $out.bmp -o $out.oif --sheet 256x512 "
 
 const Row Rows[] = {
-    // dump and resave
+    // dump and resave, which read alike: a refusal of each, each reading's message once
     {"dump $two.oif", 0, "",
      "\"label\": \"OIF1\"|\"header\": {\"magic\": \"OiFF\", \"version\": 3, \"kind\": 1, \"fileLength\": 999, "
      "\"trailerCount\": 2, \"trailerSpare\": -7, \"partCount\": 2}|\"name\": "
@@ -170,10 +163,7 @@ const Row Rows[] = {
     {"resave $notrail.oif $out.oif", 0, "stderr", "wrote $out.oif: 2 parts, 3 vertices\n"},
     {"resave --quiet $notrail.oif $out.oif", 0, "out.oif", ""},
     {"dump $kind2.oif", 1, "", "Invalid OIF file type!\n\nNot a stadium OIF file.\n"},
-    {"resave $kind2.oif $out.oif", 1, "", "Invalid OIF file type!\n\nNot a stadium OIF file.\n"},
-    {"dump $short.oif", 1, "", "Invalid OIF file!\n"},
     {"resave $short.oif $out.oif", 1, "", "Invalid OIF file!\n"},
-    {"dump $out-missing.oif", 1, "", "$out-missing.oif"},
     {"resave $out-missing.oif $out.oif", 1, "", "$out-missing.oif"},
     {"resave $st1.oif $nofolder/out.oif", 1, "", "Cannot write"},
     {"dump $", 1, "", "\n"},
@@ -326,7 +316,9 @@ TEST(cli, EachVerbWritesItsResultAndRefusesWithItsStatusAndMessage) {
         for (const auto& e : fs::directory_iterator(dir))
             if (e.path().filename().string().starts_with("out")) fs::remove_all(e.path());
         fs::create_directory(dir + "/outdir");
-        const std::vector<std::string> args = Words(row.args, dir);
+        std::vector<std::string> args;
+        std::istringstream words(row.args);
+        for (std::string w; words >> w;) args.push_back(Placed(w, dir));
         // A refusal must leave the user's earlier file as it was: each output it names exists
         // (out-missing* stands for an input that is not there).
         if (row.status != 0)

@@ -91,81 +91,80 @@ protected:
         fs::remove(Prefix + "/drive_c/out.dat");
         WriteFile(Prefix + "/drive_c/in.dat", {'m', 'o', 'd', 'e', 'l'});
     }
-    void Mark(const char* mode) { WriteFile(ToolFolder + "/" + mode, {}); }
+    void Mark(const std::string& mode) { WriteFile(ToolFolder + "/" + mode, {}); }
 };
 
-const std::vector<std::string> ToOIFStart = {"put WizIns.optConverttoOIF.value True", "call WizIns.GotoNextSlide",
-                                             "call WizIns.LoadPlugin fifastadadp",    "put WizIns.txtExpO C:\\in.dat",
-                                             "put WizIns.txtExpOIF C:\\out.dat",      "call WizIns.GotoNextSlide"};
-const std::vector<std::string> ToOStart = {"put WizIns.optConverttoO.value True",    "call WizIns.GotoNextSlide",
-                                           "call WizIns.LoadPlugin fifastadadp",     "put WizIns.txtImpOIF C:\\in.dat",
-                                           "put WizIns.txtImpO C:\\out.dat",         "call WizIns.GotoNextSlide",
-                                           "put WizIns.optOFileAttached.value True", "call ShowWizard"};
+using Lines = std::vector<std::string>;
+const Lines ToOIFStart = {"put WizIns.optConverttoOIF.value True", "call WizIns.GotoNextSlide",
+                          "call WizIns.LoadPlugin fifastadadp",    "put WizIns.txtExpO C:\\in.dat",
+                          "put WizIns.txtExpOIF C:\\out.dat",      "call WizIns.GotoNextSlide"};
+const Lines ToOStart = {"put WizIns.optConverttoO.value True",    "call WizIns.GotoNextSlide",
+                        "call WizIns.LoadPlugin fifastadadp",     "put WizIns.txtImpOIF C:\\in.dat",
+                        "put WizIns.txtImpO C:\\out.dat",         "call WizIns.GotoNextSlide",
+                        "put WizIns.optOFileAttached.value True", "call ShowWizard"};
 // In both directions the Next button is read until it is enabled again: grey while OIFTool works.
-const std::vector<std::string> Converted = {"get WizIns.cmdNext.Enabled False", "get WizIns.cmdNext.Enabled True",
-                                            "put WizIns.cmdNext.Enabled False", "call WizIns.Hide",
-                                            "get WizIns.LastSuccess True",      "release"};
-const std::vector<std::string> Failed = {"get WizIns.cmdNext.Enabled False",
-                                         "get WizIns.cmdNext.Enabled True",
-                                         "put WizIns.cmdNext.Enabled False",
-                                         "call WizIns.Hide",
-                                         "get WizIns.LastSuccess False",
-                                         "get WizIns.txtExpProgress.text",
-                                         "release"};
-const std::vector<std::string> GaveUp = {"get WizIns.cmdNext.Enabled False", "call WizIns.Hide",
-                                         "get WizIns.txtExpProgress.text", "release"};
-const std::string FailureLog =
-    "Plugin: fifastadadp\r\nReading C:\\in.dat\r\nError: the model has no mesh chunk.\r\nNothing was written.\r\n";
+const Lines Converted = {"get WizIns.cmdNext.Enabled False", "get WizIns.cmdNext.Enabled True",
+                         "put WizIns.cmdNext.Enabled False", "call WizIns.Hide",
+                         "get WizIns.LastSuccess True",      "release"};
+const Lines Failed = {"get WizIns.cmdNext.Enabled False",
+                      "get WizIns.cmdNext.Enabled True",
+                      "put WizIns.cmdNext.Enabled False",
+                      "call WizIns.Hide",
+                      "get WizIns.LastSuccess False",
+                      "get WizIns.txtExpProgress.text",
+                      "release"};
+const Lines GaveUp = {"get WizIns.cmdNext.Enabled False", "call WizIns.Hide", "get WizIns.txtExpProgress.text",
+                      "release"};
+std::string FailureLog(const std::string& source) {
+    return "Plugin: fifastadadp\r\nReading " + source +
+           "\r\nError: the model has no mesh chunk.\r\nNothing was written.\r\n";
+}
+const std::string HangLog =
+    "OIFTool did not finish within 2 seconds; its wizard was hidden. Its log so far:\r\nConverting...\r\n";
+const std::string Unregistered =
+    "Could not start process: C:\\Nowhere\\oiftool.exe\r\nOIFTool is not registered in this Wine prefix: there is "
+    "no automation server \"OIFTool.OIFToolLoader\". Install OIFTool in this prefix.\r\n";
 
+// The calls in their order, the exit code and the output for a conversion, a failure, a wizard
+// that never finishes, and an OIFTool that is not registered (which is never called).
 TEST_F(OIFToolBridge, MakesOIFToolsCallsInTheirOrderAndReportsTheOutcome) {
-    struct Case {
-        const char* direction;
-        const char* mode;  // the stand-in's marker: "" converts
+    const struct {
+        const char *direction, *mode;  // mode: the stand-in's marker, "" converts
         int exitCode;
-        const std::vector<std::string>& end;
+        const Lines* end;
         std::string output;
+    } cases[] = {
+        {"--to-oif", "", 0, &Converted, ""},
+        {"--to-o", "", 0, &Converted, ""},
+        {"--to-oif", "fail", 1, &Failed, FailureLog("C:\\in.dat")},
+        {"--to-o", "fail", 1, &Failed, FailureLog("C:\\in.dat")},
+        {"--to-oif", "hang", 2, &GaveUp, HangLog},
+        {"--to-o", "hang", 2, &GaveUp, HangLog},
+        {"--to-oif", "unregistered", 3, nullptr, Unregistered},
     };
-    const Case cases[] = {
-        {"--to-oif", "", 0, Converted, ""},
-        {"--to-o", "", 0, Converted, ""},
-        {"--to-oif", "fail", 1, Failed, FailureLog},
-        {"--to-o", "fail", 1, Failed, FailureLog},
-        {"--to-oif", "hang", 2, GaveUp,
-         "OIFTool did not finish within 2 seconds; its wizard was hidden. Its log so "
-         "far:\r\nConverting...\r\n"},
-        {"--to-o", "hang", 2, GaveUp,
-         "OIFTool did not finish within 2 seconds; its wizard was hidden. Its log so "
-         "far:\r\nConverting...\r\n"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.direction) + " " + c.mode);
         Clean();
-        if (*c.mode) Mark(c.mode);
+        const bool registered = c.end;
+        if (!registered) { ASSERT_EQ(InPrefix("wine reg delete 'HKCR\\OIFTool.OIFToolLoader' /f"), 0); }
+        if (*c.mode && registered) Mark(c.mode);
         std::string output;
-        const int code = InPrefix("wine '" + Bridge + "' --tool-folder 'C:\\OIFTool' --timeout-seconds 2 " +
-                                      c.direction + " 'C:\\in.dat' 'C:\\out.dat'",
+        const int code = InPrefix("wine '" + Bridge + "' --tool-folder 'C:\\" + (registered ? "OIFTool" : "Nowhere") +
+                                      "' --timeout-seconds 2 " + c.direction + " 'C:\\in.dat' 'C:\\out.dat'",
                                   &output);
+        if (!registered) { ASSERT_EQ(Register(), 0); }
         EXPECT_EQ(code, c.exitCode);
         EXPECT_EQ(output, c.output);
-        EXPECT_TRUE(Appears("calls.log", "release"));
-        std::vector<std::string> calls = std::string(c.direction) == "--to-oif" ? ToOIFStart : ToOStart;
-        calls.insert(calls.end(), c.end.begin(), c.end.end());
-        EXPECT_EQ(LogLines("calls.log"), calls);
         EXPECT_EQ(fs::exists(Prefix + "/drive_c/out.dat"), c.exitCode == 0);
+        if (!registered) {
+            EXPECT_FALSE(fs::exists(ToolFolder + "/calls.log"));
+            continue;
+        }
+        EXPECT_TRUE(Appears("calls.log", "release"));
+        Lines calls = std::string(c.direction) == "--to-oif" ? ToOIFStart : ToOStart;
+        calls.insert(calls.end(), c.end->begin(), c.end->end());
+        EXPECT_EQ(LogLines("calls.log"), calls);
     }
-}
-
-TEST_F(OIFToolBridge, SaysSoWhenOIFToolIsNotRegistered) {
-    ASSERT_EQ(InPrefix("wine reg delete 'HKCR\\OIFTool.OIFToolLoader' /f"), 0);
-    std::string output;
-    const int code =
-        InPrefix("wine '" + Bridge + "' --tool-folder 'C:\\Nowhere' --to-oif 'C:\\in.dat' 'C:\\out.dat'", &output);
-    ASSERT_EQ(Register(), 0);
-    EXPECT_EQ(code, 3);
-    EXPECT_EQ(output,
-              "Could not start process: C:\\Nowhere\\oiftool.exe\r\nOIFTool is not registered in this Wine prefix: "
-              "there is no automation server \"OIFTool.OIFToolLoader\". Install OIFTool in this prefix.\r\n");
-    EXPECT_FALSE(fs::exists(ToolFolder + "/calls.log"));
 }
 
 // The editor's own path: registry, Wine command line, Windows paths, log capture and messages.
@@ -178,8 +177,8 @@ TEST_F(OIFToolBridge, TheEditorImportsAndSavesOFilesThroughIt) {
     fs::create_directories(AppFolder);
     OIFPart part;
     part.Header.Texture = "tp01";
-    OIFFile model = AddPart(part, NewOIFFile());
     // The stand-in copies bytes, so an .oif file's bytes stand for a model.
+    OIFFile model = AddPart(part, NewOIFFile());
     WriteFile(dir.file("stadium.o"), SaveOIF(model));
     desktop.dialogAnswers = {dir.file("stadium.o")};
     importfile();
@@ -188,10 +187,9 @@ TEST_F(OIFToolBridge, TheEditorImportsAndSavesOFilesThroughIt) {
     EXPECT_EQ(CurrentProject.OIF.Parts[0].Header.Texture.str(), "tp01");
     std::string windowsDir = "Z:" + fs::canonical(dir.path()).string();
     std::replace(windowsDir.begin(), windowsDir.end(), '/', '\\');
-    ASSERT_EQ(desktop.commands.size(), 1u);
-    EXPECT_EQ(desktop.commands[0], "env \"WINEPREFIX=" + Prefix + "\" WINEDEBUG=-all wine \"" + Bridge +
-                                       "\" --tool-folder \"C:\\OIFTool\" --to-oif \"" + windowsDir +
-                                       "\\stadium.o\" \"" + windowsDir + "\\app\\tempoif.oif\"");
+    EXPECT_EQ(desktop.commands, Lines{"env \"WINEPREFIX=" + Prefix + "\" WINEDEBUG=-all wine \"" + Bridge +
+                                      "\" --tool-folder \"C:\\OIFTool\" --to-oif \"" + windowsDir + "\\stadium.o\" \"" +
+                                      windowsDir + "\\app\\tempoif.oif\""});
     const std::string toolStart = "start \"C:\\OIFTool\\oiftool.exe\" hidden";
     EXPECT_TRUE(Appears("starts.log", toolStart));
 
@@ -209,9 +207,7 @@ TEST_F(OIFToolBridge, TheEditorImportsAndSavesOFilesThroughIt) {
     Mark("fail");
     ConvertOToOIF(dir.file("stadium.o"), dir.file("failed.oif"));
     ASSERT_EQ(desktop.messages.size(), 2u);
-    EXPECT_EQ(desktop.messages[1].text, "Failed, Status log: \r\nPlugin: fifastadadp\r\nReading " + windowsDir +
-                                            "\\stadium.o\r\nError: the model has no mesh chunk.\r\nNothing was "
-                                            "written.\r\n");
+    EXPECT_EQ(desktop.messages[1].text, "Failed, Status log: \r\n" + FailureLog(windowsDir + "\\stadium.o"));
 }
 
 }  // namespace

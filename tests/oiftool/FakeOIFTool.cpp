@@ -20,7 +20,7 @@ namespace {
 const CLSID LoaderClass = {0x6f1d2c3a, 0x8b4e, 0x4f5a, {0x9c, 0x7d, 0x2e, 0x3f, 0x4a, 0x5b, 0x6c, 0x7d}};
 
 // The members by DISPID: those of the loader and the wizard, the wizard's controls (options, then
-// text boxes, then the rest), and the controls' properties.
+// text boxes, then the rest), and the controls' properties. An object's kind is its member.
 // clang-format off
 enum Member : DISPID {
     Loader, WizIns, ShowWizard, GotoNextSlide, LoadPlugin, Hide, LastSuccess,
@@ -49,17 +49,15 @@ void Log(const std::wstring& file, const std::wstring& line) {
     if (file == L"calls.log") last = line;
     const std::wstring text = line + L"\r\n";
     char bytes[2048];
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), bytes, sizeof bytes,
-                                         nullptr, nullptr);
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), int(text.size()), bytes, sizeof bytes, 0, 0);
     HANDLE out = CreateFileW((folder + file).c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                              OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     DWORD written = 0;
-    WriteFile(out, bytes, static_cast<DWORD>(size), &written, nullptr);
+    WriteFile(out, bytes, DWORD(size), &written, nullptr);
     CloseHandle(out);
 }
 
 bool Beside(const wchar_t* name) { return GetFileAttributesW((folder + name).c_str()) != INVALID_FILE_ATTRIBUTES; }
-
 void QuitWhenUnused() {
     if (liveObjects == 0 && locks == 0 && served) PostQuitMessage(0);
 }
@@ -68,14 +66,13 @@ void QuitWhenUnused() {
 void EndRun() {
     wizard.busy = false;
     wizard.enabled = true;
-    const std::wstring& source = wizard.toOIF ? wizard.paths[txtExpO] : wizard.paths[txtImpOIF];
-    const std::wstring& target = wizard.toOIF ? wizard.paths[txtExpOIF] : wizard.paths[txtImpO];
+    const std::wstring& source = wizard.paths[wizard.toOIF ? txtExpO : txtImpOIF];
+    const std::wstring& target = wizard.paths[wizard.toOIF ? txtExpOIF : txtImpO];
     wizard.success =
         !wizard.fail && wizard.plugin == L"fifastadadp" && CopyFileW(source.c_str(), target.c_str(), FALSE);
     wizard.progress = L"Plugin: " + wizard.plugin + L"\r\nReading " + source + L"\r\n" +
                       (wizard.success ? L"Done." : L"Error: the model has no mesh chunk.\r\nNothing was written.");
 }
-
 void StartRun() {
     wizard.busy = true;
     wizard.enabled = false;
@@ -90,9 +87,6 @@ std::wstring Text(VARIANT* v) {
     VariantClear(&copy);
     return result;
 }
-
-bool On(VARIANT* v) { return Text(v) == L"True" || Text(v) == L"-1"; }
-
 const wchar_t* TrueFalse(bool b) { return b ? L"True" : L"False"; }
 
 class Object : public IDispatch {
@@ -105,20 +99,16 @@ public:
     }
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** out) override {
         *out = riid == IID_IUnknown || riid == IID_IDispatch ? this : nullptr;
-        if (!*out) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
+        if (*out) AddRef();
+        return *out ? S_OK : E_NOINTERFACE;
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++refs_); }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ULONG(++refs_); }
     ULONG STDMETHODCALLTYPE Release() override {
         const long left = --refs_;
         if (left == 0) delete this;
-        return static_cast<ULONG>(left);
+        return ULONG(left);
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        *count = 0;
-        return S_OK;
-    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         for (UINT i = 0; i < count; ++i) ids[i] = DISPID_UNKNOWN;
@@ -130,10 +120,11 @@ public:
                                      EXCEPINFO*, UINT*) override;
 
 private:
+    // "WizIns.cmdNext.Enabled"; a text box's own value is the text box.
     std::wstring Path(DISPID id) const {
-        const std::wstring self = kind_ == Loader   ? L""
-                                  : kind_ == WizIns ? L"WizIns"
-                                                    : L"WizIns." + std::wstring(Names[kind_]);
+        std::wstring self = kind_ == Loader   ? L""
+                            : kind_ == WizIns ? L"WizIns"
+                                              : L"WizIns." + std::wstring(Names[kind_]);
         if (id == DISPID_VALUE) return self;
         return self.empty() ? Names[id] : self + L"." + Names[id];
     }
@@ -141,18 +132,13 @@ private:
     Member kind_;
 };
 
-HRESULT Give(VARIANT* result, IDispatch* object) {
+HRESULT Give(VARIANT* result, VARTYPE type, IDispatch* object = nullptr, bool b = false, const std::wstring& s = L"") {
     if (!result) return E_INVALIDARG;
-    object->AddRef();
-    result->vt = VT_DISPATCH;
-    result->pdispVal = object;
-    return S_OK;
-}
-
-HRESULT GiveBool(VARIANT* result, bool b) {
-    if (!result) return E_INVALIDARG;
-    result->vt = VT_BOOL;
-    result->boolVal = b ? VARIANT_TRUE : VARIANT_FALSE;
+    if (object) object->AddRef();
+    result->vt = type;
+    if (type == VT_DISPATCH) result->pdispVal = object;
+    if (type == VT_BOOL) result->boolVal = b ? VARIANT_TRUE : VARIANT_FALSE;
+    if (type == VT_BSTR) result->bstrVal = SysAllocString(s.c_str());
     return S_OK;
 }
 
@@ -160,49 +146,44 @@ HRESULT STDMETHODCALLTYPE Object::Invoke(DISPID id, REFIID, LCID, WORD flags, DI
                                          EXCEPINFO*, UINT*) {
     const bool get = flags & DISPATCH_PROPERTYGET, put = flags & DISPATCH_PROPERTYPUT, call = flags & DISPATCH_METHOD;
     VARIANT* argument = params->cArgs > 0 ? &params->rgvarg[0] : nullptr;
-    const bool isOption = kind_ >= optConverttoOIF && kind_ <= optOFileAttached;
-    const bool isTextBox = kind_ >= txtExpO && kind_ <= txtImpO;
-    if (kind_ == Loader && id == WizIns && get) return Give(result, new Object(WizIns));
+    const std::wstring said = argument ? Text(argument) : L"";
+    const bool on = said == L"True" || said == L"-1";
+    if (kind_ == Loader && id == WizIns && get) return Give(result, VT_DISPATCH, new Object(WizIns));
     if (kind_ == WizIns && id >= optConverttoOIF && id <= txtExpProgress && get)
-        return Give(result, new Object(static_cast<Member>(id)));
-    if (((kind_ == Loader && id == ShowWizard) || (kind_ == WizIns && (id == GotoNextSlide || id == Hide))) && call) {
+        return Give(result, VT_DISPATCH, new Object(Member(id)));
+    if (call && ((kind_ == Loader && id == ShowWizard) || (kind_ == WizIns && (id == GotoNextSlide || id == Hide)))) {
         Log(L"calls.log", L"call " + Path(id));
-        if (id == ShowWizard && wizard.toO) StartRun();
-        if (id == GotoNextSlide && ++wizard.slides == 2 && wizard.toOIF) StartRun();
+        if ((id == ShowWizard && wizard.toO) || (id == GotoNextSlide && ++wizard.slides == 2 && wizard.toOIF))
+            StartRun();
         return S_OK;
     }
     if (kind_ == WizIns && id == LoadPlugin && call && argument) {
-        wizard.plugin = Text(argument);
-        Log(L"calls.log", L"call " + Path(id) + L" " + wizard.plugin);
+        Log(L"calls.log", L"call " + Path(id) + L" " + (wizard.plugin = said));
         return S_OK;
     }
     if (kind_ == WizIns && id == LastSuccess && get) {
         Log(L"calls.log", L"get " + Path(id) + L" " + TrueFalse(wizard.success));
-        return GiveBool(result, wizard.success);
+        return Give(result, VT_BOOL, nullptr, wizard.success);
     }
     if (kind_ == cmdNext && id == Enabled && (get || put)) {
         if (get && wizard.busy && !wizard.hang && ++wizard.busyReads > 2) EndRun();
-        if (put && argument) wizard.enabled = On(argument);
+        if (put && argument) wizard.enabled = on;
         Log(L"calls.log", (put ? L"put " : L"get ") + Path(id) + L" " + TrueFalse(wizard.enabled));
-        return put ? S_OK : GiveBool(result, wizard.enabled);
+        return put ? S_OK : Give(result, VT_BOOL, nullptr, wizard.enabled);
     }
-    if (isOption && id == value && put && argument) {
-        const bool on = On(argument);
+    if (kind_ >= optConverttoOIF && kind_ <= optOFileAttached && id == value && put && argument) {
         if (kind_ == optConverttoOIF) wizard.toOIF = on;
         if (kind_ == optConverttoO) wizard.toO = on;
         Log(L"calls.log", L"put " + Path(id) + L" " + TrueFalse(on));
         return S_OK;
     }
-    if (isTextBox && id == DISPID_VALUE && put && argument) {
-        wizard.paths[kind_] = Text(argument);
-        Log(L"calls.log", L"put " + Path(id) + L" " + wizard.paths[kind_]);
+    if (kind_ >= txtExpO && kind_ <= txtImpO && id == DISPID_VALUE && put && argument) {
+        Log(L"calls.log", L"put " + Path(id) + L" " + (wizard.paths[kind_] = said));
         return S_OK;
     }
     if (kind_ == txtExpProgress && id == text && get && result) {
         Log(L"calls.log", L"get " + Path(id));
-        result->vt = VT_BSTR;
-        result->bstrVal = SysAllocString(wizard.progress.c_str());
-        return S_OK;
+        return Give(result, VT_BSTR, nullptr, false, wizard.progress);
     }
     return DISP_E_MEMBERNOTFOUND;
 }
@@ -247,36 +228,6 @@ LRESULT CALLBACK ProgramWindow(HWND window, UINT message, WPARAM w, LPARAM l) {
     return 0;
 }
 
-int Serve() {
-    Log(L"starts.log", std::wstring(L"start ") + GetCommandLineW());
-    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    DWORD cookie = 0;
-    CoRegisterClassObject(LoaderClass, &factory, CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE, &cookie);
-    SetTimer(nullptr, 0, 1000, QuitWhenIdle);
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-    CoRevokeClassObject(cookie);
-    CoUninitialize();
-    return 0;
-}
-
-// What the bridge's start of OIFTool's program leaves running: a window nobody sees.
-int HoldHiddenWindow(HINSTANCE instance) {
-    WNDCLASSW windowClass{};
-    windowClass.lpfnWndProc = ProgramWindow;
-    windowClass.hInstance = instance;
-    windowClass.lpszClassName = L"FakeOIFTool";
-    RegisterClassW(&windowClass);
-    CreateWindowW(L"FakeOIFTool", L"OIFTool", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr, nullptr, instance, nullptr);
-    STARTUPINFOW startup;
-    GetStartupInfoW(&startup);
-    const bool hidden = (startup.dwFlags & STARTF_USESHOWWINDOW) && startup.wShowWindow == SW_HIDE;
-    Log(L"starts.log", std::wstring(L"start ") + GetCommandLineW() + (hidden ? L" hidden" : L" shown"));
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
-    return 0;
-}
-
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR arguments, int) {
@@ -284,6 +235,29 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR arguments, int) {
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     folder = path;
     folder.erase(folder.rfind(L'\\') + 1);
-    const bool byCOM = wcsstr(arguments, L"Embedding") != nullptr;
-    return byCOM ? Serve() : HoldHiddenWindow(instance);
+    DWORD cookie = 0;
+    if (wcsstr(arguments, L"Embedding")) {  // started by COM: serve the class
+        Log(L"starts.log", std::wstring(L"start ") + GetCommandLineW());
+        CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+        CoRegisterClassObject(LoaderClass, &factory, CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE, &cookie);
+        SetTimer(nullptr, 0, 1000, QuitWhenIdle);
+    } else {  // what the bridge's start of OIFTool's program leaves running: a window nobody sees
+        WNDCLASSW windowClass{};
+        windowClass.lpfnWndProc = ProgramWindow;
+        windowClass.hInstance = instance;
+        windowClass.lpszClassName = L"FakeOIFTool";
+        RegisterClassW(&windowClass);
+        CreateWindowW(L"FakeOIFTool", L"OIFTool", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, 0, 0, instance, nullptr);
+        STARTUPINFOW startup;
+        GetStartupInfoW(&startup);
+        const bool hidden = (startup.dwFlags & STARTF_USESHOWWINDOW) && startup.wShowWindow == SW_HIDE;
+        Log(L"starts.log", std::wstring(L"start ") + GetCommandLineW() + (hidden ? L" hidden" : L" shown"));
+    }
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) DispatchMessageW(&message);
+    if (cookie) {
+        CoRevokeClassObject(cookie);
+        CoUninitialize();
+    }
+    return 0;
 }

@@ -5,32 +5,25 @@
 #include <set>
 #include <sstream>
 
-#include "core/ProgramState.h"
 #include "preview/PreviewViewOps.h"
 #include "preview/VRMLOps.h"
 #include "shell/HelpOps.h"
 #include "shell/IniOps.h"
 #include "shell/OptionsOps.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
+#include "shell/ProjectTestKit.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 class Config : public ::testing::Test {
 protected:
-    void SetUp() override { AppFolder = dir.path(); }
-    void TearDown() override {
-        AppFolder.clear();
-        ResourceFolder.clear();
-    }
-    void Put(const std::string& text) { WriteFile(ConfigPath(), Bytes().raw(text).data); }
-    ScratchFolder dir;
-    ScriptedDesktop desktop;
+    void TearDown() override { ResourceFolder.clear(); }
+    void Put(const std::string& text) { m.Text(ConfigPath(), text); }
+    FakeMachine m;
 };
 }  // namespace
 
-TEST_F(Config, ReadsWhatWasLastWrittenIgnoringCaseAndKeepingBlanks) {
+TEST_F(Config, ReadsWhatWasLastWrittenIgnoringCaseAndKeepingBlanksAndOnlyTheTextOneIsTrue) {
     EXPECT_EQ(ReadConfig("Startup", "Maximise"), "");
     EXPECT_EQ(ReadConfigNumber("Previews", "ZoomAmount"), 0);
     WriteConfig("Crowd Wizard", "CrowdSpacing", "150");
@@ -38,16 +31,13 @@ TEST_F(Config, ReadsWhatWasLastWrittenIgnoringCaseAndKeepingBlanks) {
     WriteConfig("Crowd Wizard", "NoOfRows", "12");
     EXPECT_EQ(ReadConfigNumber("crowd wizard", "CROWDSPACING"), 175.5) << "other keys of the section stay";
     EXPECT_EQ(ReadConfig("Other", "NoOfRows"), "");
-    for (const std::string& v :
-         {std::string("  two blanks  "), std::string("\"q\""), std::string("\""), std::string(400, 'x')}) {
+    for (const std::string& v : {std::string("  two blanks  "), std::string("\"q\""), std::string("\""),
+                                 std::string(400, 'x'), std::string(254, 'y')}) {
         WriteConfig("Import", "Note", v);
         EXPECT_EQ(ReadConfig("Import", "Note"), v.substr(0, 254));
     }
     WriteIniValue("Startup", "Maximise", ConfigPath(), "1");
     EXPECT_TRUE(ReadConfigFlag("Startup", "Maximise")) << "another writer is seen: nothing is cached";
-}
-
-TEST_F(Config, OnlyTheTextOneIsTrue) {
     for (const char* v : {"0", "", "yes", "true", "-1", "1 ", " 1", "01", "1"}) {
         WriteConfig("Terramason", "Previews", v);
         EXPECT_EQ(ReadConfigFlag("Terramason", "Previews"), v == std::string("1")) << '"' << v << '"';
@@ -62,37 +52,35 @@ TEST_F(Config, OnlyTheTextOneIsTrue) {
 
 TEST_F(Config, AFileThatCannotBeReadOrWrittenIsPassedOverAndABrokenSectionLineDropped) {
     fs::create_directory(ConfigPath());  // a folder where the file should be
-    WriteConfig("Startup", "Maximise", "1");
-    EXPECT_EQ(ReadConfig("Startup", "Maximise"), "");
-    AppFolder = dir.file("missing/folder");
-    WriteConfig("Startup", "Maximise", "1");
-    EXPECT_EQ(ReadConfig("Startup", "Maximise"), "");
+    for (const std::string& folder : {AppFolder, m.dir.file("missing/folder")}) {
+        AppFolder = folder;
+        WriteConfig("Startup", "Maximise", "1");
+        EXPECT_EQ(ReadConfig("Startup", "Maximise"), "") << folder;
+    }
     // The keys below an unclosed section line stay in the section above it, and saves do not grow it.
-    AppFolder = dir.path() + "/app";
+    AppFolder = m.dir.file("app2");
     fs::create_directories(AppFolder);
     Put("[Startup]\nMaximise=0\n[Previews\nMaximise=1\nNewProj=1\n");
     for (int i = 0; i < 3; ++i) WriteConfig("Terramason", "Starter", std::to_string(i));
-    EXPECT_EQ(ReadConfig("Startup", "Maximise"), "1");
-    EXPECT_EQ(ReadConfig("Startup", "NewProj"), "1");
+    EXPECT_EQ(ReadConfig("Startup", "Maximise") + ReadConfig("Startup", "NewProj"), "11");
     EXPECT_EQ(ReadConfig("Terramason", "Starter"), "2");
     std::istringstream saved(ReadText(ConfigPath()));
-    for (std::string line; std::getline(saved, line);) {
+    for (std::string line; std::getline(saved, line);)
         if (!line.empty() && line[0] == '[') { EXPECT_EQ(line.back(), ']') << line; }
-    }
 }
 
 TEST_F(Config, FirstRunWritesDefaultsOnceAndNeverOverwrites) {
-    AppFolder = dir.file("fresh");  // created on demand
+    AppFolder = m.dir.file("fresh");  // created on demand
     EXPECT_TRUE(EnsureConfigFile());
     const std::pair<const char*, const char*> defaults[] = {
-        {"Terramason/Starter", "0"},         {"Terramason/Previews", "1"},        {"Terramason/OIFEditor", "1"},
-        {"Import/CrowdHeight", "260"},       {"Crowd Wizard/CrowdHeight", "260"}, {"Crowd Wizard/NoOfRows", "10"},
-        {"Crowd Wizard/CrowdSpacing", "150"}};
+        {"Terramason/Starter", "0"},          {"Terramason/Previews", "1"},
+        {"Terramason/OIFEditor", "1"},        {"Import/CrowdHeight", "260"},
+        {"Crowd Wizard/CrowdHeight", "260"},  {"Crowd Wizard/NoOfRows", "10"},
+        {"Crowd Wizard/CrowdSpacing", "150"}, {"Startup/Maximise", "0"}};
     for (const auto& [key, value] : defaults) {
         const std::string k = key;
         EXPECT_EQ(NumberShown(ReadConfig(k.substr(0, k.find('/')), k.substr(k.find('/') + 1))), value) << key;
     }
-    EXPECT_FALSE(ReadConfigFlag("Startup", "Maximise"));
     WriteConfig("Terramason", "Starter", "1");
     EXPECT_FALSE(EnsureConfigFile());
     EXPECT_EQ(ReadConfig("Terramason", "Starter"), "1");
@@ -113,68 +101,49 @@ TEST(OptionsKeyTable, ControlsAreUniqueAndApplyStoresEachOnce) {
 }
 
 TEST(OptionsTexts, NumberBoxesShowAndStoreTheLeadingNumberPrintedAgain) {
-    const struct {
-        const char *text, *shown, *stored;
-    } cases[] = {{"260", "260", "260"},
-                 {"150.00", "150", "150"},
-                 {"", "0", "0"},
-                 {"abc", "0", "0"},
-                 {"  37.50xyz", "37.5", nullptr},
-                 {"-12", "-12", nullptr},
-                 {"0.1", "0.1", nullptr},
-                 {"123456789", "123456789", nullptr},  // a double, not 7 digits
-                 {"175abc", "175", "175"},
-                 {"2.5.5", "2.5", "2.5"}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(NumberShown(c.text), c.shown) << c.text;
-        if (c.stored) { EXPECT_EQ(NumberStored(c.text), c.stored) << c.text; }
-    }
+    // 123456789 is a double, not seven digits.
+    const std::pair<const char*, const char*> cases[] = {
+        {"260", "260"}, {"150.00", "150"}, {"", "0"},         {"abc", "0"},     {"  37.50xyz", "37.5"},
+        {"-12", "-12"}, {"0.1", "0.1"},    {"175abc", "175"}, {"2.5.5", "2.5"}, {"123456789", "123456789"}};
+    for (const auto& [text, shown] : cases)
+        EXPECT_EQ(NumberShown(text) + "|" + NumberStored(text), std::string(shown) + "|" + shown) << text;
 }
 
-TEST_F(Config, OptionsOpenWithEveryKeyInItsControlsFormAndApplyNormalises) {
+TEST_F(Config, OptionsOpenInTheControlsFormAndApplyStoresInOrderWithTheViewerChangeBetween) {
     for (const auto& [section, key, value] : {std::tuple{"Startup", "Maximise", "1"},
                                               {"Startup", "NewProj", "1 "},
                                               {"Crowd Wizard", "CrowdSpacing", "150.00"},
                                               {"Crowd Wizard", "NoOfRows", "12 rows"},
                                               {"Terramason", "Starter", "yes"}})
         WriteConfig(section, key, value);
-    const OptionContents c = ReadOptions();
+    OptionContents c = ReadOptions();
     EXPECT_EQ(c.size(), OptionKeys.size());
     const std::map<std::string, std::string> shown = {
         {"maxwindow", "1"},    {"newproj", "0"},  {"crowdspacing", "150"},   {"noofrows", "12"},
         {"vrmlreminder", "0"}, {"previews", "0"}, {"crowdwizardheight", "0"}};
     for (const auto& [control, text] : shown) EXPECT_EQ(c.at(control), text) << control;
-    ApplyOptions(c, {});
-    EXPECT_EQ(ReadConfig("Crowd Wizard", "CrowdSpacing"), "150");
-    EXPECT_EQ(ReadConfig("Terramason", "Starter"), "0");
-    EXPECT_EQ(ReadConfig("Previews", "ZoomAmount"), "0") << "a missing number is stored as 0";
     ApplyOptions({{"maxwindow", "1"}}, {});
-    EXPECT_EQ(ReadConfig("Startup", "NewProj"), "0") << "a control missing from the contents";
-}
+    EXPECT_EQ(ReadConfig("Startup", "NewProj") + ReadConfig("Previews", "ZoomAmount"), "00")
+        << "a control missing from the contents is stored as 0";
 
-TEST_F(Config, OptionsApplyInOrderWithTheViewerChangeBetween) {
     WriteConfig("Terramason", "OIFEditor", "1");
-    OptionContents c;
     for (const OptionKey& k : OptionKeys) c[k.control] = k.kind == OptionKind::Flag ? "1" : "7";
-    c["refreshpreviewbox"] = "0";
-    c["oifeditor"] = "0";
+    c["refreshpreviewbox"] = c["oifeditor"] = "0";
     c["crowdspacing"] = "150.00";
-    std::vector<std::string> steps;
+    std::string steps;
     ApplyOptions(
-        c, [&] { steps.push_back("viewer " + ReadConfig("Terramason", "OIFEditor")); },
+        c, [&] { steps += "viewer " + ReadConfig("Terramason", "OIFEditor") + "|"; },
         [&](const std::string& s, const std::string& k, const std::string& v) {
-            steps.push_back(s + "/" + k + "=" + v);
+            steps += s + "/" + k + "=" + v + "|";
             WriteConfig(s, k, v);
         });
-    const std::vector<std::string> expected{"Terramason/Previews=1",     "Terramason/PreviewRefresh=0",
-                                            "Previews/PerspectiveTex=1", "viewer 1",
-                                            "Terramason/OIFEditor=0",    "Stadium Importer/AutoClose=1",
-                                            "Import/CrowdHeight=7",      "Crowd Wizard/CrowdHeight=7",
-                                            "Crowd Wizard/NoOfRows=7",   "Crowd Wizard/CrowdSpacing=150",
-                                            "Crowd Wizard/Home=1",       "Terramason/Starter=1",
-                                            "Startup/NewProj=1",         "Startup/Maximise=1",
-                                            "Previews/ZoomAmount=7"};
-    EXPECT_EQ(steps, expected);
+    EXPECT_EQ(
+        steps,
+        "Terramason/Previews=1|Terramason/PreviewRefresh=0|Previews/PerspectiveTex=1|viewer 1|Terramason/OIFEditor=0|"
+        "Stadium Importer/AutoClose=1|Import/CrowdHeight=7|Crowd Wizard/CrowdHeight=7|Crowd Wizard/NoOfRows=7|"
+        "Crowd Wizard/CrowdSpacing=150|Crowd Wizard/Home=1|Terramason/Starter=1|Startup/NewProj=1|"
+        "Startup/Maximise=1|Previews/ZoomAmount=7|");
+    EXPECT_EQ(ReadConfig("Crowd Wizard", "CrowdSpacing"), "150");
 }
 
 TEST_F(Config, PerspectiveFlagsFollowTheStoredTextureSetting) {
@@ -193,33 +162,27 @@ TEST_F(Config, PerspectiveFlagsFollowTheStoredTextureSetting) {
     }
 }
 
-TEST(FindResourceFolder, AnInstallBesideTheProgramsFolderElseTheSourceTree) {
-    ScratchFolder dir;
-    fs::create_directories(dir.file("prefix/bin"));
-    fs::create_directories(dir.file("prefix/share/terramason/help"));
-    fs::create_directories(dir.file("build/bin"));
-    const std::string source = dir.file("source/resources");
-    EXPECT_EQ(FindResourceFolder(dir.file("prefix/bin"), source), dir.file("prefix/share/terramason"));
-    EXPECT_EQ(FindResourceFolder(dir.file("build/bin"), source), source);
+TEST_F(Config, HelpPagesAndTheReadmeShowInTheProgramFromTheirInstallAndWhatCannotOpenIsNamed) {
+    fs::create_directories(m.dir.file("prefix/bin"));
+    fs::create_directories(m.dir.file("build/bin"));
+    m.Text(m.dir.file("prefix/share/terramason/help/index.html"), "<");
+    m.Text(m.dir.file("prefix/share/terramason/readme.txt"), "r");
+    const std::string source = m.dir.file("source/resources");
+    EXPECT_EQ(FindResourceFolder(m.dir.file("build/bin"), source), source);
     EXPECT_EQ(FindResourceFolder("", source), source);
-}
-
-TEST_F(Config, HelpPagesAndTheReadmeShowInTheProgramAndWhatCannotOpenIsNamed) {
-    ResourceFolder = dir.file("share");
-    fs::create_directories(dir.file("share/help"));
-    WriteFile(dir.file("share/help/index.html"), {'<'});
-    WriteFile(dir.file("share/readme.txt"), {'r'});
+    ResourceFolder = FindResourceFolder(m.dir.file("prefix/bin"), source);
+    EXPECT_EQ(ResourceFolder, m.dir.file("prefix/share/terramason"));
     OpenHelpPage(HelpContentsPage);
     OpenReadme();
-    EXPECT_EQ(desktop.pages, std::vector<std::string>{"file://" + dir.file("share/help/index.html")});
-    EXPECT_EQ(desktop.shownFiles, std::vector<std::string>{dir.file("share/readme.txt")});
+    EXPECT_EQ(m.desktop.pages, std::vector<std::string>{"file://" + ResourceFolder + "/help/index.html"});
+    EXPECT_EQ(m.desktop.shownFiles, std::vector<std::string>{ResourceFolder + "/readme.txt"});
     OpenHelpPage("crowdwizard.html");
-    desktop.browserAnswers = false;
+    m.desktop.browserAnswers = false;
     OpenHelpWebPage(WebPage::Forums);
-    ASSERT_EQ(desktop.messages.size(), 2u);
-    EXPECT_NE(desktop.messages[0].text.find(dir.file("share/help/crowdwizard.html")), std::string::npos);
-    EXPECT_NE(desktop.messages[1].text.find(DefaultWebAddress(WebPage::Forums)), std::string::npos);
-    EXPECT_EQ(desktop.pages.size(), 2u) << "a missing page goes nowhere";
+    ASSERT_EQ(m.desktop.messages.size(), 2u);
+    EXPECT_NE(m.desktop.messages[0].text.find(ResourceFolder + "/help/crowdwizard.html"), std::string::npos);
+    EXPECT_NE(m.desktop.messages[1].text.find(DefaultWebAddress(WebPage::Forums)), std::string::npos);
+    EXPECT_EQ(m.desktop.pages.size(), 2u) << "a missing page goes nowhere";
     ResourceFolder = "/opt/My Tools/terramason";
     EXPECT_EQ(HelpPageAddress("index.html"), "file:///opt/My%20Tools/terramason/help/index.html");
     ResourceFolder = "resources";
@@ -243,5 +206,5 @@ TEST_F(Config, WebPagesHaveDefaultAddressesThatTheConfigFileReplaces) {
     WriteConfig("Web", "OnlineHelp", "http://help.example.net/");
     EXPECT_EQ(WebPageAddress(WebPage::OnlineHelp), "http://help.example.net/") << "its own address wins";
     OpenHelpWebPage(WebPage::Forums);
-    EXPECT_EQ(desktop.pages, std::vector<std::string>{"https://forum.example.org/fifa"});
+    EXPECT_EQ(m.desktop.pages, std::vector<std::string>{"https://forum.example.org/fifa"});
 }

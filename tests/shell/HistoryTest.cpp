@@ -5,13 +5,10 @@
 #include <filesystem>
 #include <random>
 
-#include "core/ProgramState.h"
 #include "shell/HistoryOps.h"
 #include "shell/IniOps.h"
 #include "shell/JournalOps.h"
-#include "shell/Startup.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
+#include "shell/ProjectTestKit.h"
 
 namespace {
 
@@ -25,8 +22,7 @@ StadiumProject ProjectOf(std::mt19937& random, int parts) {
         part.Header.Texture = random() % 2 ? "tp00" : "rwh0";
         for (int v = 0; v < 4; ++v) part.Vertices.push_back({float(random() % 50), float(v), 0, 0xFF808080u, 0, 1});
         part.Indices = {0, 1, 2, 3};
-        part.Header.VertexCount = 4;
-        part.Header.IndexCount = 4;
+        part.Header.VertexCount = part.Header.IndexCount = 4;
         p.OIF = AddPart(part, p.OIF);
     }
     p.Textures = {TextureSlot{"tp00", 1, {TexturePart{"corner", 0.5f, 0.25f}}}};
@@ -44,56 +40,69 @@ void Edit(std::mt19937& random, StadiumProject& p) {
     } else p.Name += "+";
 }
 
-struct Frame : StartupFrame {
-    std::vector<std::string> steps;
-    std::vector<StadiumProject> recovered;
-    void SetMaximised(bool) override {}
-    void ShowFrame() override {}
-    void ShowNewProject() override { steps.push_back("new"); }
-    void EndProgram() override { steps.push_back("end"); }
-    void OpenNamedFile(const std::string&) override {}
-    void RecoverProject(StadiumProject p) override { recovered.push_back(std::move(p)); }
-};
-
 }  // namespace
 
-// Against the plainest history there is: a full copy of the project per step.
-TEST(History, UndoAndRedoGiveBackExactlyTheRecordedProjects) {
+// Against the plainest history there is: a full copy of the project per step, with its caption
+// and typing run, the oldest dropped past the step limit. Typing into a field continues its run
+// until the field is left or undo or redo comes between; typed back, the run's step goes.
+TEST(History, UndoRedoTypingRunsAndTheStepLimitGiveBackExactlyTheRecordedProjects) {
     std::mt19937 random(7);
-    for (int run = 0; run < 20; ++run) {
+    for (int round = 0; round < 20; ++round) {
         StadiumProject live = ProjectOf(random, 5);
         ProjectHistory history;
+        history.StepLimit = 4 + std::size_t(round % 4) * 20;
         StartHistory(history, live);
         std::vector<StadiumProject> copies{live};
-        std::vector<std::string> captions{""};
+        std::vector<std::string> captions{""}, runs{""};
         std::size_t at = 0;
-        for (int op = 0; op < 60; ++op) {
-            const auto choice = random() % 6;
-            if (choice < 3) {
-                Edit(random, live);
-                ASSERT_TRUE(RecordStep(history, live, "step " + std::to_string(op)));
-                copies.resize(++at);
-                captions.resize(at);
-                copies.push_back(live);
-                captions.push_back("step " + std::to_string(op));
-            } else if (choice == 3) {
-                EXPECT_FALSE(RecordStep(history, live, "nothing changed"));
-            } else if (choice == 4) {
+        for (int op = 0; op < 80; ++op) {
+            const auto choice = random() % 8;
+            std::string run, caption = "step " + std::to_string(op);
+            if (choice < 2) Edit(random, live);
+            if (choice == 2 || choice == 3) {  // typing into a part's name field
+                if (live.OIF.Parts.empty()) continue;
+                const std::size_t part = random() % std::min<std::size_t>(2, live.OIF.Parts.size());
+                live.OIF.Parts[part].Header.Name = std::string("Nor").substr(0, random() % 4);
+                run = "name:" + std::to_string(part);
+            }
+            if (choice < 5) {
+                const bool changed = !(live == copies[at]);
+                ASSERT_EQ(RecordStep(history, live, caption, run), changed);
+                if (!changed) continue;
+                const bool continues = !run.empty() && runs[at] == run && at > 0;
+                copies.resize(at + 1), captions.resize(at + 1), runs.resize(at + 1);
+                if (continues && live == copies[at - 1]) --at;
+                else if (continues) copies[at] = live, captions[at] = caption;
+                else copies.push_back(live), captions.push_back(caption), runs.push_back(run), ++at;
+                copies.resize(at + 1), captions.resize(at + 1), runs.resize(at + 1);
+                for (; copies.size() > std::max<std::size_t>(history.StepLimit, 2) && at > 0; --at)
+                    copies.erase(copies.begin()), captions.erase(captions.begin()), runs.erase(runs.begin());
+            } else if (choice == 5) {
+                EndTypingRun(history);
+                runs[at].clear();
+            } else if (choice == 6) {
                 EXPECT_EQ(UndoCaption(history), at > 0 ? captions[at] : "");
                 const auto back = UndoStep(history);
                 ASSERT_EQ(back.has_value(), at > 0);
-                if (back) { EXPECT_EQ(*back, live = copies[--at]); }
+                if (back) {
+                    runs[at].clear();
+                    EXPECT_EQ(*back, live = copies[--at]);
+                }
             } else {
                 EXPECT_EQ(RedoCaption(history), at + 1 < copies.size() ? captions[at + 1] : "");
                 const auto again = RedoStep(history);
                 ASSERT_EQ(again.has_value(), at + 1 < copies.size());
-                if (again) { EXPECT_EQ(*again, live = copies[++at]); }
+                if (again) {
+                    runs[at].clear();
+                    EXPECT_EQ(*again, live = copies[++at]);
+                }
             }
+            ASSERT_EQ(history.Steps.size(), copies.size()) << op;
         }
     }
 }
 
-TEST(History, AStepKeepsOnlyWhatItChangedAndTheOldestGoBeyondTheLimit) {
+TEST(History, AStepKeepsOnlyWhatItChangedAndTheOldestGoBeyondTheMemoryLimit) {
     std::mt19937 random(3);
     StadiumProject live = ProjectOf(random, 40);
     ProjectHistory history;
@@ -102,44 +111,20 @@ TEST(History, AStepKeepsOnlyWhatItChangedAndTheOldestGoBeyondTheLimit) {
     ASSERT_TRUE(RecordStep(history, live, "Move"));
     for (std::size_t i = 0; i < 40; ++i)
         EXPECT_EQ(history.Steps[0].State->Parts[i] == history.Steps[1].State->Parts[i], i != 7) << i;
-    // A limit of a little over two states: every new step drops the oldest, never the current.
-    history.MemoryLimit = HistoryBytes(history) + 2000;
-    for (int i = 0; i < 30; ++i) {
-        live.OIF.Parts[std::size_t(i)].Vertices[0].Z = float(i + 1000);
-        RecordStep(history, live, "Move " + std::to_string(i));
-        EXPECT_LE(HistoryBytes(history), history.MemoryLimit + 4000);
+    // A limit of a little over two states: every new step drops the oldest, never the current;
+    // however small the limit, the step just made can still be undone.
+    for (const std::size_t over : {std::size_t{2000}, std::size_t{0}}) {
+        history.MemoryLimit = over ? HistoryBytes(history) + over : 0;
+        for (int i = 0; i < 30; ++i) {
+            live.OIF.Parts[std::size_t(i)].Vertices[0].Z += float(i + 1000);
+            RecordStep(history, live, "Move " + std::to_string(i));
+            if (over) { EXPECT_LE(HistoryBytes(history), history.MemoryLimit + 4000); }
+        }
+        EXPECT_EQ(UndoCaption(history), "Move 29");
+        EXPECT_LT(history.Steps.size(), over ? 10u : 3u);
+        EXPECT_EQ(UndoStep(history)->OIF.Parts[29].Vertices[0].Z, live.OIF.Parts[29].Vertices[0].Z - 1029) << over;
+        RedoStep(history);
     }
-    EXPECT_EQ(UndoCaption(history), "Move 29");
-    EXPECT_LT(history.Steps.size(), 10u);
-    const StadiumProject back = *UndoStep(history);
-    EXPECT_EQ(back, RestoreProject(*history.Steps[history.Cursor].State));
-    EXPECT_EQ(back.OIF.Parts[28].Vertices[0].Z, 1028.0f);
-    // However small the limit, the step just made can still be undone.
-    history.MemoryLimit = 0;
-    live.OIF.Parts[0].Vertices[0].Z = -1;
-    RecordStep(history, live, "Last");
-    EXPECT_EQ(history.Steps.size(), 2u);
-    EXPECT_EQ(UndoCaption(history), "Last");
-}
-
-TEST(History, ATypingRunIsOneStepUntilItEnds) {
-    std::mt19937 random(5);
-    StadiumProject live = ProjectOf(random, 2);
-    const StadiumProject start = live;
-    ProjectHistory history;
-    StartHistory(history, live);
-    auto type = [&](std::size_t part, const std::string& text) {
-        live.OIF.Parts[part].Header.Name = text;
-        RecordStep(history, live, "Part name", "name:" + std::to_string(part));
-        return history.Steps.size();
-    };
-    for (const char* t : {"N", "No", "Nor", "Nort"}) EXPECT_EQ(type(0, t), 2u);
-    EndTypingRun(history);
-    EXPECT_EQ(type(0, "North"), 3u) << "typing after leaving the field is a step of its own";
-    EXPECT_EQ(type(1, "S"), 4u) << "another part's field is another run";
-    EXPECT_EQ(type(1, start.OIF.Parts[1].Header.Name.str()), 3u) << "typed back to what it held: its step goes";
-    UndoStep(history);
-    EXPECT_EQ(*UndoStep(history), start);
 }
 
 TEST(Journal, KeepsTheProjectThroughTheCodecAndRefusesWhatIsNotWhole) {
@@ -149,22 +134,21 @@ TEST(Journal, KeepsTheProjectThroughTheCodecAndRefusesWhatIsNotWhole) {
     const JournalParse parsed = ParseJournal(bytes);
     ASSERT_TRUE(parsed.entry) << parsed.error;
     EXPECT_EQ(parsed.entry->ChangedAt, 1795000000);
-    EXPECT_EQ(parsed.entry->Project.Name, project.Name);
-    EXPECT_EQ(parsed.entry->Project.Textures, project.Textures);
-    EXPECT_EQ(parsed.entry->Project.OIF.Parts, project.OIF.Parts);
+    EXPECT_EQ(std::tie(parsed.entry->Project.Name, parsed.entry->Project.Textures, parsed.entry->Project.OIF.Parts),
+              std::tie(project.Name, project.Textures, project.OIF.Parts));
     // Cut anywhere, or with any bit turned: refused, never read past its end.
     for (std::size_t n = 0; n < bytes.size(); ++n) {
         EXPECT_FALSE(ParseJournal(ByteBuffer(bytes.begin(), bytes.begin() + std::ptrdiff_t(n))).entry);
-        ByteBuffer flipped = bytes;
-        flipped[n] ^= 0x10;
-        EXPECT_FALSE(ParseJournal(flipped).entry) << n;
+        for (int bit = 0; bit < 8; ++bit) {
+            ByteBuffer flipped = bytes;
+            flipped[n] ^= std::uint8_t(1 << bit);
+            EXPECT_FALSE(ParseJournal(flipped).entry) << n << " " << bit;
+        }
     }
 }
 
 TEST(Journal, AKilledSessionIsOfferedBackFirstAndOnceABrokenOneSetAsideAClosedOneGone) {
-    ScratchFolder dir;
-    AppFolder = dir.path();
-    ScriptedDesktop desktop;
+    FakeMachine m;
     std::mt19937 random(13);
     const StadiumProject project = ProjectOf(random, 4);
     std::string path;
@@ -180,22 +164,22 @@ TEST(Journal, AKilledSessionIsOfferedBackFirstAndOnceABrokenOneSetAsideAClosedOn
 
     // Offered before the start's own question, which still comes.
     WriteConfig("Terramason", "Starter", "1");
-    Frame frame;
-    desktop.answers = {MessageAnswer::Yes, MessageAnswer::Yes};
+    RecordingFrame frame;
+    m.desktop.answers = {MessageAnswer::Yes, MessageAnswer::Yes};
     RunStartup(frame);
     ASSERT_EQ(frame.recovered.size(), 1u);
     EXPECT_EQ(frame.recovered[0].OIF.Parts, project.OIF.Parts);
-    ASSERT_EQ(desktop.messages.size(), 2u);
-    EXPECT_NE(desktop.messages[0].text.find("\"" + project.Name + "\""), std::string::npos);
-    EXPECT_EQ(frame.steps, std::vector<std::string>{"end"});
+    ASSERT_EQ(m.desktop.messages.size(), 2u);
+    EXPECT_NE(m.desktop.messages[0].text.find("\"" + project.Name + "\""), std::string::npos);
+    EXPECT_EQ(frame.steps, (std::vector<std::string>{"normal", "show", "end"}));
     EXPECT_TRUE(OrphanedJournals().empty()) << "offered once";
 
     // A journal cut short is told, kept aside, and the start goes on.
     WriteFile(path, {'T', 'M', 'J', '1', 0});
     OfferRecovery(frame);
     EXPECT_EQ(frame.recovered.size(), 1u);
-    ASSERT_EQ(desktop.messages.size(), 3u);
-    EXPECT_NE(desktop.messages[2].text.find("could not be recovered"), std::string::npos);
+    ASSERT_EQ(m.desktop.messages.size(), 3u);
+    EXPECT_NE(m.desktop.messages[2].text.find("could not be recovered"), std::string::npos);
     EXPECT_TRUE(OrphanedJournals().empty());
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(RecoveryFolder()), {}), 1);
 
@@ -205,5 +189,4 @@ TEST(Journal, AKilledSessionIsOfferedBackFirstAndOnceABrokenOneSetAsideAClosedOn
     EXPECT_TRUE(std::filesystem::exists(closing.Path()));
     closing.Close();
     EXPECT_FALSE(std::filesystem::exists(closing.Path()));
-    AppFolder.clear();
 }

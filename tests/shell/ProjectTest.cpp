@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "core/FileOps.h"
 #include "core/OIFOps.h"
@@ -15,15 +14,15 @@
 namespace fs = std::filesystem;
 
 namespace {
-Bytes OnePartOIF() {
+std::vector<std::uint8_t> OnePartOIF() {
     Bytes b;
     b.raw("OiFF").i16(1).i16(1).i32(0).i32(0).i32(0).i32(1);
     b.field("Stand", 28).raw("tp01").i32(1).i32(1).vertex(1, 2, 3, 0, 0, 0).i16(0);
-    return b;
+    return b.data;
 }
 }  // namespace
 
-TEST(Catalogue, EachRowsArchiveIsTheOneItsCaptionAndNumberName) {
+TEST(Catalogue, EachRowsArchiveIsTheOneItsCaptionAndNumberNameAndTextSplitsWithItsDelimiter) {
     const std::vector<StadiumRow> rows = BuildStadiumCatalogue();
     ASSERT_EQ(rows.size(), 29u);
     for (int r = 0; r < 29; ++r) {
@@ -31,12 +30,8 @@ TEST(Catalogue, EachRowsArchiveIsTheOneItsCaptionAndNumberName) {
         EXPECT_EQ(rows[std::size_t(r)].BigFile, big);
         EXPECT_NE(std::string(StadiumCaptions[std::size_t(r + 1)]).find("- " + big), std::string::npos);
     }
-    EXPECT_EQ(ProjectTextureNames.size(), 35u);
     for (int i = 0; i < 30; ++i) EXPECT_EQ(BaseUnsupported(i), i == 4 || i == 19 || (i >= 24 && i <= 27)) << i;
     for (const auto& [n, number] : {std::pair{-1, 0}, {0, 1}, {28, 58}, {29, 0}}) EXPECT_EQ(StadiumNumber(n), number);
-}
-
-TEST(SplitText, AppendsTheDelimiterAndConsumesItsText) {
     std::string t = "1,2,", empty, many;
     EXPECT_EQ(SplitText(t, ","), (std::vector<std::string>{"", "1", "2", ""}));
     EXPECT_TRUE(t.empty());
@@ -50,34 +45,44 @@ TEST(MakeProject, NoTemplateEmptiesTheScratchFolderAndStartsNothing) {
     m.Text(TempFolder() + "/stad5.big", "old");
     m.Text(TempFolder() + "/keep/inner.txt", "stays");
     StadiumProject p;
-    p.OIF = ParseOIF(OnePartOIF().data).doc;
+    p.OIF = ParseOIF(OnePartOIF()).doc;
     const StadiumProject made = MakeProject(p, 0, "Project1");
-    EXPECT_EQ(made.Name, "Project1");
-    EXPECT_EQ(made.BasedOn, -1);
-    EXPECT_EQ(made.OIF, NewOIFFile());
+    EXPECT_EQ(std::tie(made.Name, made.BasedOn, made.OIF, made.Scene),
+              std::make_tuple("Project1", -1, NewOIFFile(), DefaultPreviewScene()));
     ASSERT_EQ(made.Textures.size(), 35u);
     EXPECT_EQ(made.Textures[9].Name, "gras");
-    EXPECT_EQ(made.Scene, DefaultPreviewScene());
     EXPECT_FALSE(fs::exists(TempFolder() + "/stad5.big"));
     EXPECT_TRUE(fs::exists(TempFolder() + "/keep/inner.txt")) << "subfolders stay";
-    EXPECT_TRUE(m.desktop.commands.empty());
-    EXPECT_TRUE(m.desktop.messages.empty());
+    EXPECT_TRUE(m.desktop.commands.empty() && m.desktop.messages.empty());
 }
 
-TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
+// From nothing installed, to OIFTool without the game, to the game whose archive unpacks no
+// model, to one that does: each step tells why it ends empty, until the stadium loads.
+TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadiumAndTellsWhyNot) {
     FakeMachine m;
-    m.InstallGame();
-    m.InstallGfxpak();
-    m.RegisterOIFTool();
-    WriteFile(m.dir.file("made.oif"), OnePartOIF().data);
-    m.InstallConverter(m.dir.file("made.oif"));
-    const fs::path before = fs::current_path();
     StadiumProject p;
+    const std::pair<MessageIcon, std::string> told[] = {
+        {MessageIcon::Critical, "OIFTool has not been installed properly!"},
+        {MessageIcon::Exclamation, "Invalid O File"}};
+    for (int i = 0; i < 2; ++i) {
+        m.desktop.messages.clear();
+        EXPECT_EQ(MakeProject(p, 29, "Oval").OIF, NewOIFFile());  // row 28, archive 58
+        ASSERT_EQ(m.desktop.messages.size(), 1u);
+        EXPECT_EQ(std::pair(m.desktop.messages[0].icon, m.desktop.messages[0].text), told[i]);
+        EXPECT_NE(m.desktop.commands.at(0).find("/data/stad58.big\""), std::string::npos);
+        m.RegisterOIFTool();
+    }
+    m.InstallGame();
+    m.Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + m.log + "'");
+    WriteFile(m.dir.file("made.oif"), OnePartOIF());
+    m.InstallConverter(m.dir.file("made.oif"));
+    m.desktop.messages.clear();
+    m.desktop.commands.clear();
+    const fs::path before = fs::current_path();
     EXPECT_EQ(MakeProject(p, 3, "Olympia").BasedOn, 2);  // "Olympiastadion (OD) - stad5.big"
     EXPECT_EQ(fs::current_path(), before);
-    const std::string temp = TempFolder(), archive = m.game + "/Data/Stad5.BIG";
-    const std::string gfxpak = "\"" + AppFolder + "/gfxpak\"";
-    std::vector<std::string> want = {gfxpak + " -u \"" + archive + "\""};
+    const std::string temp = TempFolder(), gfxpak = "\"" + AppFolder + "/gfxpak\"";
+    std::vector<std::string> want = {gfxpak + " -u \"" + m.game + "/Data/Stad5.BIG\""};
     for (const char* image : {"skcd", "tp00", "tp01", "tp02", "tp03", "tp04", "tp05"})
         want.push_back(gfxpak + " -e \"" + temp + "/OlympiaODTexObj.texobj01397705078125_static.fsh\" " + image);
     EXPECT_EQ(m.desktop.commands, want);
@@ -91,8 +96,7 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     // With the model unpacked, the converter runs and its file is loaded.
     m.Script(AppFolder + "/gfxpak", "[ \"$1\" = -u ] && : > OlympiaOD__Olympia_od__model168670654296875__.o; true");
     m.desktop.commands.clear();
-    StadiumProject q;
-    const StadiumProject loaded = MakeProject(q, 3, "Olympia");
+    const StadiumProject loaded = MakeProject(p, 3, "Olympia");
     ASSERT_EQ(m.desktop.commands.size(), 9u);
     EXPECT_EQ(m.desktop.commands[8], "\"" + m.oiftool + "/oifconvert\" --to-oif \"" + temp +
                                          "/OlympiaOD__Olympia_od__model168670654296875__.o\" \"" + temp +
@@ -100,22 +104,6 @@ TEST(MakeProject, UnpacksConvertsAndLoadsTheChosenStadium) {
     ASSERT_EQ(loaded.OIF.Parts.size(), 1u);
     EXPECT_EQ(loaded.OIF.Parts[0].Header.Texture.str(), "tp01");
     EXPECT_EQ(fs::current_path(), before);
-}
-
-TEST(MakeProject, WithNothingInstalledTellsWhyAndEndsEmpty) {
-    FakeMachine m;
-    StadiumProject p;
-    EXPECT_EQ(MakeProject(p, 29, "Oval").OIF, NewOIFFile());  // row 28, archive 58
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_EQ(m.desktop.messages[0].text, "OIFTool has not been installed properly!");
-    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
-    ASSERT_FALSE(m.desktop.commands.empty());
-    EXPECT_NE(m.desktop.commands[0].find("/data/stad58.big\""), std::string::npos);
-    m.RegisterOIFTool();  // but the game missing: the model is not there
-    m.desktop.messages.clear();
-    MakeProject(p, 29, "Oval");
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_EQ(m.desktop.messages[0].text, "Invalid O File");
 }
 
 TEST(Conversion, FailuresSayWhyWithTheConvertersLog) {
@@ -198,14 +186,19 @@ protected:
     FakeMachine m;
 };
 
-TEST_F(Saving, CancelOrAnotherExtensionWritesNothingAndSaysNothing) {
-    m.desktop.dialogAnswers = {"", m.dir.file("stadium.txt"), m.dir.file("stadium")};
+TEST_F(Saving, CancelOrAnotherExtensionWritesNothingAndAFailedWriteIsTold) {
+    fs::create_directory(m.dir.file("taken.oif"));
+    m.desktop.dialogAnswers = {"", m.dir.file("stadium.txt"), m.dir.file("stadium"), m.dir.file("taken.oif")};
     for (int i = 0; i < 3; ++i) exportoif();
     EXPECT_EQ(m.desktop.dialogTitles[0], "Export OIF file...");
     EXPECT_EQ(Texture(0), "cr01");
-    EXPECT_FALSE(fs::exists(m.dir.file("stadium.txt")));
-    EXPECT_FALSE(fs::exists(m.dir.file("stadium")));
+    EXPECT_FALSE(fs::exists(m.dir.file("stadium.txt")) || fs::exists(m.dir.file("stadium")));
     EXPECT_TRUE(m.desktop.messages.empty());
+    exportoif();
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_NE(m.desktop.messages[0].text.find("Cannot write"), std::string::npos);
+    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
+    EXPECT_TRUE(fs::is_directory(m.dir.file("taken.oif")));
 }
 
 TEST_F(Saving, SecondSaveOfTheLiveDocumentWritesBlankTexturesAndAsksBeforeReplacing) {
@@ -219,34 +212,24 @@ TEST_F(Saving, SecondSaveOfTheLiveDocumentWritesBlankTexturesAndAsksBeforeReplac
     exportoif();
     EXPECT_EQ(m.desktop.dialogTitles.size(), 3u);
     ASSERT_EQ(m.desktop.messages.size(), 2u);
-    EXPECT_EQ(m.desktop.messages[0].text, path + " already exists.   \r\nDo you want to replace it?   ");
-    EXPECT_EQ(m.desktop.messages[0].title, "Save As");
-    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Exclamation);
+    const ShownMessage& q = m.desktop.messages[0];
+    EXPECT_EQ(q.title + "|" + q.text, "Save As|" + path + " already exists.   \r\nDo you want to replace it?   ");
+    EXPECT_EQ(q.icon, MessageIcon::Exclamation);
     const std::vector<std::uint8_t> second = ReadFile(path);
     EXPECT_EQ(std::string(second.begin() + 24 + 28, second.begin() + 24 + 32), "    ");
     EXPECT_EQ(ParseOIF(second).doc.Parts[0].Header.Texture.str(), "tp00");
 }
 
-TEST_F(Saving, ToOGoesThroughTheHandOverFileAndTheConverter) {
+TEST_F(Saving, ToOGoesThroughTheHandOverFileAndTheConverterAndWithoutAProjectTheFileDoesNotLoad) {
     m.RegisterOIFTool();
     m.Script(m.oiftool + "/oifconvert", "cp \"$2\" \"$3\"");
     m.Text(AppFolder + "/temp.oif", "stale");
-    m.desktop.dialogAnswers = {m.dir.file("stadium.o")};
+    m.desktop.dialogAnswers = {m.dir.file("stadium.o"), m.dir.file("none.oif")};
     exportoif();
     EXPECT_TRUE(m.desktop.messages.empty());
     EXPECT_EQ(ParseOIF(ReadFile(AppFolder + "/temp.oif")).doc.Parts.size(), 2u);
     EXPECT_EQ(ReadFile(m.dir.file("stadium.o")), ReadFile(AppFolder + "/temp.oif")) << "the converter copies";
     EXPECT_EQ(Texture(0), "    ");
-}
-
-TEST_F(Saving, AFailedWriteIsToldAndWithoutAProjectTheFileDoesNotLoad) {
-    fs::create_directory(m.dir.file("taken.oif"));
-    m.desktop.dialogAnswers = {m.dir.file("taken.oif"), m.dir.file("none.oif")};
-    exportoif();
-    ASSERT_EQ(m.desktop.messages.size(), 1u);
-    EXPECT_NE(m.desktop.messages[0].text.find("Cannot write"), std::string::npos);
-    EXPECT_EQ(m.desktop.messages[0].icon, MessageIcon::Critical);
-    EXPECT_TRUE(fs::is_directory(m.dir.file("taken.oif")));
     ResetProgramState();
     exportoif();
     const std::vector<std::uint8_t> bytes = ReadFile(m.dir.file("none.oif"));

@@ -6,23 +6,20 @@
 #include <string>
 
 #include "core/ProgramState.h"
+#include "shell/Startup.h"
 #include "support/ScriptedDesktop.h"
 #include "support/TestFiles.h"
 
 struct FakeMachine {
     ScratchFolder dir;
     ScriptedDesktop desktop;
-    std::string prefix, game, oiftool, log;
+    std::string prefix = dir.file("wine"), game = prefix + "/drive_c/Program Files/EA SPORTS/FIFA 2003",
+                oiftool = prefix + "/drive_c/Tools/OIFTool", log = dir.file("calls.log");
 
     FakeMachine() {
-        namespace fs = std::filesystem;
         AppFolder = dir.file("app");
-        prefix = dir.file("wine");
-        game = prefix + "/drive_c/Program Files/EA SPORTS/FIFA 2003";
-        oiftool = prefix + "/drive_c/Tools/OIFTool";
-        log = dir.file("calls.log");
-        fs::create_directories(AppFolder);
-        fs::create_directories(oiftool);
+        std::filesystem::create_directories(AppFolder);
+        std::filesystem::create_directories(oiftool);
         desktop.winePrefix = prefix;
         desktop.runProcesses = true;
     }
@@ -44,7 +41,6 @@ struct FakeMachine {
         Text(game + "/Data/Stad5.BIG", "BIGF five");
         Text(game + "/Data/stad58.big", "BIGF fifty-eight");
     }
-    void InstallGfxpak() { Script(AppFolder + "/gfxpak", "echo \"gfxpak|$PWD|$*\" >> '" + log + "'"); }
     void RegisterOIFTool() {
         Text(prefix + "/user.reg",
              "WINE REGISTRY Version 2\n\n[Software\\\\Problems Inc\\\\OIFTool] 1\n"
@@ -52,9 +48,20 @@ struct FakeMachine {
     }
     // A converter that copies `made` to its target, or fails with a log when `made` is empty.
     void InstallConverter(const std::string& made) {
-        if (made.empty())
-            Script(oiftool + "/oifconvert",
-                   "echo \"convert|$*\" >> '" + log + "'; echo 'Plugin fifastadadp: bad chunk'; exit 3");
-        else Script(oiftool + "/oifconvert", "echo \"convert|$*\" >> '" + log + "'; cp '" + made + "' \"$3\"");
+        Script(oiftool + "/oifconvert",
+               "echo \"convert|$*\" >> '" + log + "'; " +
+                   (made.empty() ? "echo 'Plugin fifastadadp: bad chunk'; exit 3" : "cp '" + made + "' \"$3\""));
     }
+};
+
+// The main window as the start drives it, each step it is asked for written down.
+struct RecordingFrame : StartupFrame {
+    std::vector<std::string> steps;
+    std::vector<StadiumProject> recovered;
+    void SetMaximised(bool maximised) override { steps.push_back(maximised ? "maximised" : "normal"); }
+    void ShowFrame() override { steps.push_back("show"); }
+    void ShowNewProject() override { steps.push_back("shownew"); }
+    void EndProgram() override { steps.push_back("end"); }
+    void OpenNamedFile(const std::string& path) override { steps.push_back("open " + path); }
+    void RecoverProject(StadiumProject p) override { recovered.push_back(std::move(p)); }
 };

@@ -2,29 +2,20 @@
 // for programs, and the facts of the system.
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <algorithm>
 #include <filesystem>
 #include <set>
 
-#include "core/ProgramState.h"
 #include "shell/Processes.h"
+#include "shell/ProjectTestKit.h"
 #include "shell/RegistryOps.h"
 #include "shell/SystemInfoOps.h"
 #include "shell/ToolsOps.h"
 #include "shell/mdlOIFToolAuto.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TestFiles.h"
 
 namespace fs = std::filesystem;
 
 namespace {
-std::string Touch(const std::string& path, const std::string& text = "MZ") {
-    fs::create_directories(fs::path(path).parent_path());
-    WriteFile(path, Bytes().raw(text).data);
-    return path;
-}
-
 const char* SystemReg = R"(WINE REGISTRY Version 2
 ;; All keys relative to \\Machine
 
@@ -46,25 +37,6 @@ const char* UserReg =
     "\"InstallPath\"=\"C:\\\\Tools\\\\OIFTool\"\r\n";
 }  // namespace
 
-TEST(RegistryFiles, FindStringsDwordsAndDefaultValuesIgnoringCase) {
-    const struct {
-        const char *file, *key, *name, *value;  // value nullptr: not found
-    } cases[] = {
-        {SystemReg, "SOFTWARE\\EA SPORTS\\FIFA 2003", "Install Dir", "C:\\Program Files\\EA SPORTS\\FIFA 2003\\"},
-        {SystemReg, "software\\problems inc\\oedit", "runs", "42"},
-        {SystemReg, "Software\\Problems Inc\\OEdit", "@", "default \"quoted\" text"},
-        {SystemReg, "Software\\EA SPORTS", "Install Dir", nullptr},  // keys match whole
-        {SystemReg, "Software\\EA SPORTS\\FIFA 2003", "Missing", nullptr},
-        {"", "a", "b", nullptr},
-        {UserReg, "Software\\Problems Inc\\OIFTool", "InstallPath", "C:\\Tools\\OIFTool"},  // CR LF
-    };
-    for (const auto& c : cases) {
-        std::string v;
-        EXPECT_EQ(FindRegValue(c.file, c.key, c.name, v), c.value != nullptr) << c.key << " " << c.name;
-        if (c.value) { EXPECT_EQ(v, c.value); }
-    }
-}
-
 TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
     ScratchFolder dir;
     const std::string prefix = dir.file("wine");
@@ -78,8 +50,7 @@ TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
         {"c:\\program files\\ea sports\\fifa 2003\\DATA", prefix + "/drive_c/Program Files/EA Sports/FIFA 2003/data"},
         {"C:\\Games\\New", prefix + "/drive_c/Games/New"},
         {"3.0", "3.0"},
-        {"/home/me/fifa", "/home/me/fifa"},
-    };
+        {"/home/me/fifa", "/home/me/fifa"}};
     for (const auto& [windows, local] : toLocal) EXPECT_EQ(WindowsPathToLocal(windows, prefix), local) << windows;
     fs::create_directories(prefix + "/dosdevices");
     fs::create_directory_symlink("../drive_c", prefix + "/dosdevices/c:");
@@ -102,67 +73,72 @@ TEST(RegistryFiles, WindowsAndLocalPathsMeetThroughThePrefixsDrives) {
     }
 }
 
+// Values of the hives: strings, dwords and default values, keys and names in any case but whole.
 TEST(RegistryFiles, UserFileComesFirstThenThePrefixHives) {
-    ScratchFolder dir;
-    AppFolder = dir.path();
-    const std::string prefix = dir.file("wine"), file = RegistryFilePath();
-    Touch(prefix + "/system.reg", SystemReg);
-    Touch(prefix + "/user.reg", UserReg);
+    FakeMachine m;
+    const std::string file = RegistryFilePath(), lm = "HKEY_LOCAL_MACHINE\\SOFTWARE\\";
+    m.Text(m.prefix + "/system.reg", SystemReg);
+    m.Text(m.prefix + "/user.reg", UserReg);  // CR LF
     const std::string oiftool = "HKEY_CURRENT_USER\\Software\\Problems Inc\\OIFTool\\InstallPath";
-    const std::string language = "HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language";
-    EXPECT_EQ(LinuxRegistryValue(oiftool, file, prefix), prefix + "/drive_c/Tools/OIFTool");
-    EXPECT_EQ(LinuxRegistryValue(language, file, prefix), "English");
-    EXPECT_EQ(LinuxRegistryValue("HKEY_CURRENT_USER\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", file, prefix), "")
-        << "HKEY_CURRENT_USER values are not looked for in the machine's hive";
-    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\MostRecent", file, prefix),
-              "3.0")
-        << "32-bit keys of a 64-bit prefix";
-    Touch(file, "# my tools\n" + oiftool + " = /opt/oiftool\nbroken line without equals\n");
-    EXPECT_EQ(LinuxRegistryValue(oiftool, file, prefix), "/opt/oiftool");
-    EXPECT_EQ(LinuxRegistryValue("HKEY_LOCAL_MACHINE\\SOFTWARE\\Nobody\\Value", file, prefix), "");
+    const std::string language = lm + "EA SPORTS\\FIFA 2003\\Language";
+    const std::pair<std::string, std::string> before[] = {
+        {oiftool, m.prefix + "/drive_c/Tools/OIFTool"},
+        {language, "English"},
+        {"hkey_local_machine\\software\\problems inc\\oedit\\runs", "42"},
+        {lm + "Problems Inc\\OEdit\\@", "default \"quoted\" text"},
+        {lm + "EA SPORTS\\Install Dir", ""},
+        {lm + "EA SPORTS\\FIFA 2003\\Missing", ""},
+        {"HKEY_CURRENT_USER\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Language", ""},  // not in the machine's hive
+        {lm + "McNeel\\Rhinoceros\\3.0\\MostRecent", "3.0"},                  // 32-bit keys of a 64-bit prefix
+    };
+    for (const auto& [path, value] : before) EXPECT_EQ(LinuxRegistryValue(path, file, m.prefix), value) << path;
+    m.Text(file, "# my tools\n" + oiftool + " = /opt/oiftool\nbroken line without equals\n");
+    EXPECT_EQ(LinuxRegistryValue(oiftool, file, m.prefix), "/opt/oiftool");
+    EXPECT_EQ(LinuxRegistryValue(lm + "Nobody\\Value", file, m.prefix), "");
     EXPECT_EQ(LinuxRegistryValue(language, file, ""), "") << "without a prefix only the file counts";
-    EXPECT_EQ(LinuxRegistryValue("NoHive", file, prefix), "");
-    AppFolder.clear();
+    EXPECT_EQ(LinuxRegistryValue("NoHive", file, m.prefix), "");
 }
 
 TEST(OutsideTools, CommandLinesFollowTheRegistryAndOnlyExistingProgramsStart) {
-    ScratchFolder dir;
-    AppFolder = dir.file("app");
-    ScriptedDesktop desktop;
-    const OutsideTool tools[] = {OutsideTool::OEdit, OutsideTool::OIFTool, OutsideTool::ZModeler,
-                                 OutsideTool::Rhinoceros, OutsideTool::ConvRav};
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(ToolProgram(tools[i]) + ToolCommandLine(tools[i]), "") << i;
-    EXPECT_EQ(FifaInstallDir(), "/");
+    FakeMachine m;
+    m.desktop.runProcesses = false;
+    m.desktop.winePrefix.clear();
     const std::string rhino = "HKEY_LOCAL_MACHINE\\SOFTWARE\\McNeel\\Rhinoceros\\3.0\\";
-    desktop.registry = {{OEditRegistryValue, dir.file("OEdit/oedit.exe")},
-                        {OIFToolRegistryValue, dir.file("OIFTool")},
-                        {ZModelerRegistryValue, dir.file("ZModeler/")},  // no second separator
-                        {rhino + "MostRecent", "3.0"},
-                        {rhino + "Install\\Path", dir.file("Rhino")},
-                        {"HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Install Dir", "/games/fifa"}};
+    const struct {
+        OutsideTool tool;
+        std::string registryKey, registered, program, arguments;
+    } tools[] = {
+        {OutsideTool::OEdit, OEditRegistryValue, "OEdit/oedit.exe", "OEdit/oedit.exe", " /rgbemulation"},
+        {OutsideTool::OIFTool, OIFToolRegistryValue, "OIFTool", "OIFTool/oiftool.exe", " /run"},
+        {OutsideTool::ZModeler, ZModelerRegistryValue, "ZModeler/", "ZModeler/zmodeler.exe",
+         ""},  // no second separator
+        {OutsideTool::Rhinoceros, rhino + "Install\\Path", "Rhino", "Rhino/rhino3.exe", ""},
+        {OutsideTool::ConvRav, "", "", "app/Tools/convrav.exe", ""},
+    };
+    for (const auto& t : tools)
+        if (!t.registered.empty()) { EXPECT_EQ(ToolProgram(t.tool) + ToolCommandLine(t.tool), "") << t.program; }
+    EXPECT_EQ(FifaInstallDir(), "/");
+    m.desktop.registry = {{rhino + "MostRecent", "3.0"},
+                          {"HKEY_LOCAL_MACHINE\\SOFTWARE\\EA SPORTS\\FIFA 2003\\Install Dir", "/games/fifa"}};
+    for (const auto& t : tools)
+        if (!t.registered.empty()) m.desktop.registry[t.registryKey] = m.dir.file(t.registered);
     EXPECT_EQ(FifaInstallDir(), "/games/fifa/");
-    const std::string programs[] = {dir.file("OEdit/oedit.exe"), dir.file("OIFTool/oiftool.exe"),
-                                    dir.file("ZModeler/zmodeler.exe"), dir.file("Rhino/rhino3.exe"),
-                                    AppFolder + "/Tools/convrav.exe"};
-    const std::string arguments[] = {" /rgbemulation", " /run", "", "", ""};
-    for (std::size_t i = 0; i < 5; ++i) {
-        EXPECT_FALSE(ToolInstalled(tools[i])) << "registered but not there: " << i;
-        StartTool(tools[i]);
-        Touch(programs[i]);
-        EXPECT_TRUE(ToolInstalled(tools[i])) << i;
-        EXPECT_EQ(ToolCommandLine(tools[i]), "\"" + programs[i] + "\"" + arguments[i]);
+    for (const auto& t : tools) {
+        EXPECT_FALSE(ToolInstalled(t.tool)) << "registered but not there: " << t.program;
+        StartTool(t.tool);
+        m.Text(m.dir.file(t.program), "MZ");
+        EXPECT_TRUE(ToolInstalled(t.tool)) << t.program;
+        EXPECT_EQ(ToolCommandLine(t.tool), "\"" + m.dir.file(t.program) + "\"" + t.arguments);
     }
-    EXPECT_EQ(RhinoExecutable(), programs[3]);
-    EXPECT_TRUE(desktop.commands.empty()) << "a missing tool is passed over";
-    EXPECT_TRUE(desktop.messages.empty());
+    EXPECT_EQ(RhinoExecutable(), m.dir.file("Rhino/rhino3.exe"));
+    EXPECT_TRUE(m.desktop.commands.empty() && m.desktop.messages.empty()) << "a missing tool is passed over";
     StartTool(OutsideTool::OIFTool);
-    EXPECT_EQ(desktop.commands, WineInstalled()
-                                    ? std::vector<std::string>{"wine " + ToolCommandLine(OutsideTool::OIFTool)}
-                                    : std::vector<std::string>{})
+    EXPECT_EQ(m.desktop.commands, WineInstalled()
+                                      ? std::vector<std::string>{"wine " + ToolCommandLine(OutsideTool::OIFTool)}
+                                      : std::vector<std::string>{})
         << "a Windows program runs through Wine or not at all";
-    desktop.registry[OEditRegistryValue] = dir.file("OEdit");
+    m.desktop.registry[OEditRegistryValue] = m.dir.file("OEdit");
     EXPECT_FALSE(ToolInstalled(OutsideTool::OEdit)) << "a folder named like the program is no program";
-    AppFolder.clear();
 }
 
 TEST(Processes, CommandLinesSplitStartAndAreWaitedFor) {
@@ -172,28 +148,27 @@ TEST(Processes, CommandLinesSplitStartAndAreWaitedFor) {
     EXPECT_TRUE(SplitCommandLine("   ").empty());
     EXPECT_EQ(PlatformCommand("\"/usr/bin/true\" x"), "\"/usr/bin/true\" x");
     EXPECT_EQ(PlatformCommand("\"C:/Tools/oedit.exe\" /x"), WineInstalled() ? "wine \"C:/Tools/oedit.exe\" /x" : "");
-    ScriptedDesktop desktop;
+    FakeMachine m;
+    m.desktop.runProcesses = false;
     StartProcess("   ", WindowMode::Normal);
-    EXPECT_TRUE(desktop.commands.empty() && desktop.messages.empty()) << "a blank command starts nothing";
+    EXPECT_TRUE(m.desktop.commands.empty() && m.desktop.messages.empty()) << "a blank command starts nothing";
     StartProcess(" \"/no/such/program\" /run ", WindowMode::Normal);
-    ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].text, "Could not start process: \"/no/such/program\" /run");
-    EXPECT_EQ(desktop.messages[0].title, "Error");
+    ASSERT_EQ(m.desktop.messages.size(), 1u);
+    EXPECT_EQ(m.desktop.messages[0].title + "|" + m.desktop.messages[0].text,
+              "Error|Could not start process: \"/no/such/program\" /run");
     EXPECT_EQ(StartedProcessId(), 0);
 
-    desktop.runProcesses = true;
-    ScratchFolder dir;
-    const std::string tool = Touch(dir.file("slow"), "#!/bin/sh\nsleep 0.3; echo done > \"$1\"\n");
-    const std::string hang = Touch(dir.file("hang"), "#!/bin/sh\nsleep 30\n");
-    ::chmod(tool.c_str(), 0755);
-    ::chmod(hang.c_str(), 0755);
-    EXPECT_TRUE(RunAndWait("\"" + tool + "\" \"" + dir.file("out") + "\"", WindowMode::Hidden));
-    EXPECT_EQ(ReadText(dir.file("out")), "done\n");
-    EXPECT_GE(desktop.pumps, 2) << "the event pump turns while waiting";
+    m.desktop.runProcesses = true;
+    const std::string tool = m.dir.file("slow"), hang = m.dir.file("hang");
+    m.Script(tool, "sleep 0.3; echo done > \"$1\"");
+    m.Script(hang, "exec sleep 30");
+    EXPECT_TRUE(RunAndWait("\"" + tool + "\" \"" + m.dir.file("out") + "\"", WindowMode::Hidden));
+    EXPECT_EQ(ReadText(m.dir.file("out")), "done\n");
+    EXPECT_GE(m.desktop.pumps, 2) << "the event pump turns while waiting";
     EXPECT_FALSE(RunAndWait("\"" + tool + "\"", WindowMode::Maximised)) << "only hidden and normal start";
     EXPECT_FALSE(RunAndWait("/no/such/tool", WindowMode::Hidden));
     EXPECT_FALSE(RunAndWait("\"" + hang + "\"", WindowMode::Hidden, 200));
-    EXPECT_EQ(desktop.ended.size(), 1u) << "a program past its time is ended";
+    EXPECT_EQ(m.desktop.ended.size(), 1u) << "a program past its time is ended";
 }
 
 TEST(SystemFacts, NameTheSystemTheKernelAndTheMemory) {

@@ -2,6 +2,7 @@
 // Hand-made 3DS chunks for tests and benchmarks: each helper gives the complete bytes of one
 // chunk, header included, so files are written as nested calls.
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
@@ -12,57 +13,35 @@ namespace chunks3ds {
 
 using Bytes3DS = std::vector<std::uint8_t>;
 
-inline void Put16(Bytes3DS& b, std::uint16_t v) {
-    b.push_back(static_cast<std::uint8_t>(v));
-    b.push_back(static_cast<std::uint8_t>(v >> 8));
-}
-inline void Put32(Bytes3DS& b, std::uint32_t v) {
-    for (int i = 0; i < 4; ++i) b.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
-}
-inline void PutFloat(Bytes3DS& b, float f) {
-    std::uint32_t u;
-    std::memcpy(&u, &f, 4);
-    Put32(b, u);
-}
-inline Bytes3DS Text(const std::string& s) {
-    Bytes3DS b(s.begin(), s.end());
-    b.push_back(0);
-    return b;
-}
-inline Bytes3DS I16(std::int16_t v) {
-    Bytes3DS b;
-    Put16(b, static_cast<std::uint16_t>(v));
-    return b;
-}
+inline void Put16(Bytes3DS& b, std::uint16_t v) { b.insert(b.end(), {std::uint8_t(v), std::uint8_t(v >> 8)}); }
+inline void Put32(Bytes3DS& b, std::uint32_t v) { Put16(b, std::uint16_t(v)), Put16(b, std::uint16_t(v >> 16)); }
+inline void PutFloat(Bytes3DS& b, float f) { Put32(b, std::bit_cast<std::uint32_t>(f)); }
+inline Bytes3DS Text(const std::string& s) { return Bytes3DS(s.c_str(), s.c_str() + s.size() + 1); }
+inline Bytes3DS I16(std::int16_t v) { return {std::uint8_t(v), std::uint8_t(std::uint16_t(v) >> 8)}; }
 inline Bytes3DS I32(std::int32_t v) {
     Bytes3DS b;
-    Put32(b, static_cast<std::uint32_t>(v));
+    Put32(b, std::uint32_t(v));
     return b;
 }
 
 // A chunk of the given id whose payload is the pieces one after the other.
 inline Bytes3DS Chunk(std::uint16_t id, std::initializer_list<Bytes3DS> pieces = {}) {
-    Bytes3DS b;
-    Put16(b, id);
-    Put32(b, 0);
+    Bytes3DS b = {std::uint8_t(id), std::uint8_t(id >> 8), 0, 0, 0, 0};
     for (const Bytes3DS& p : pieces) b.insert(b.end(), p.begin(), p.end());
     const auto length = static_cast<std::uint32_t>(b.size());
     std::memcpy(b.data() + 2, &length, 4);
     return b;
 }
 
-inline Bytes3DS Vertices(const std::vector<std::array<float, 3>>& points) {
+template <std::size_t N>
+Bytes3DS Floats(std::uint16_t id, const std::vector<std::array<float, N>>& points) {
     Bytes3DS b = I16(static_cast<std::int16_t>(points.size()));
     for (const auto& p : points)
         for (float f : p) PutFloat(b, f);
-    return Chunk(0x4110, {b});
+    return Chunk(id, {b});
 }
-inline Bytes3DS TexVerts(const std::vector<std::array<float, 2>>& uvs) {
-    Bytes3DS b = I16(static_cast<std::int16_t>(uvs.size()));
-    for (const auto& t : uvs)
-        for (float f : t) PutFloat(b, f);
-    return Chunk(0x4140, {b});
-}
+inline Bytes3DS Vertices(const std::vector<std::array<float, 3>>& points) { return Floats(0x4110, points); }
+inline Bytes3DS TexVerts(const std::vector<std::array<float, 2>>& uvs) { return Floats(0x4140, uvs); }
 inline Bytes3DS Faces(const std::vector<std::array<std::uint16_t, 3>>& faces,
                       std::initializer_list<Bytes3DS> sub = {}) {
     Bytes3DS b = I16(static_cast<std::int16_t>(faces.size()));

@@ -55,13 +55,9 @@ public:
         messages.push_back({text, title, icon, buttons});
         if (buttons == MessageButtons::OK) return MessageAnswer::OK;
         if (answers.empty() && answerer) return answerer(buttons);
-        if (answers.empty()) {
-            ++unansweredQuestions;
-            return buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel;
-        }
-        MessageAnswer a = answers.front();
-        answers.pop_front();
-        return a;
+        if (answers.empty())
+            return ++unansweredQuestions, buttons == MessageButtons::YesNo ? MessageAnswer::No : MessageAnswer::Cancel;
+        return Next(answers);
     }
     std::string OpenFile(const std::string& title, const std::string& filter, const std::string&,
                          const std::string&) override {
@@ -82,10 +78,7 @@ public:
     }
     bool ProcessRunning(std::int64_t pid) override { return Processes::Running(pid); }
     int ProcessExitCode(std::int64_t pid) override { return Processes::ExitCode(pid); }
-    void EndProcess(std::int64_t pid) override {
-        ended.push_back(pid);
-        Processes::End(pid);
-    }
+    void EndProcess(std::int64_t pid) override { ended.push_back(pid), Processes::End(pid); }
     // Pages of the help book are told by their address, as the browser would be given them.
     bool OpenWebPage(const std::string& address) override {
         pages.push_back(address);
@@ -95,25 +88,15 @@ public:
     void ShowTextFile(const std::string& path) override { shownFiles.push_back(path); }
     // Like a real clipboard, it holds text or a picture, not both.
     std::string ClipboardText() override { return clipboard; }
-    void SetClipboardText(const std::string& text) override {
-        clipboard = text;
-        clipboardImage.clear();
-    }
+    void SetClipboardText(const std::string& text) override { clipboard = text, clipboardImage.clear(); }
     std::vector<std::uint8_t> ClipboardImage() override { return clipboardImage; }
-    void SetClipboardImage(const std::vector<std::uint8_t>& png) override {
-        clipboardImage = png;
-        clipboard.clear();
-    }
+    void SetClipboardImage(const std::vector<std::uint8_t>& png) override { clipboardImage = png, clipboard.clear(); }
     std::string RegistryValue(const std::string& path) override {
-        auto it = registry.find(path);
-        if (it != registry.end()) return it->second;
+        if (auto it = registry.find(path); it != registry.end()) return it->second;
         return winePrefix.empty() ? std::string() : LinuxRegistryValue(path, RegistryFilePath(), winePrefix);
     }
     std::string WinePrefix() override { return winePrefix; }
-    void ShowLoading(const std::string& text) override {
-        loadingTexts.push_back(text);
-        loadingShown = true;
-    }
+    void ShowLoading(const std::string& text) override { loadingTexts.push_back(text), loadingShown = true; }
     void HideLoading() override { loadingShown = false; }
     void ProcessEvents() override {
         ++pumps;
@@ -124,8 +107,12 @@ private:
     std::string NextDialog(const std::string& title, const std::string& filter) {
         dialogTitles.push_back(title);
         if (dialogAnswers.empty()) return dialogAnswerer ? dialogAnswerer(filter) : std::string();
-        std::string a = dialogAnswers.front();
-        dialogAnswers.pop_front();
+        return Next(dialogAnswers);
+    }
+    template <class T>
+    static T Next(std::deque<T>& script) {
+        T a = script.front();
+        script.pop_front();
         return a;
     }
     Desktop* previous_ = nullptr;

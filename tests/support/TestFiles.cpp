@@ -1,7 +1,6 @@
 #include "support/TestFiles.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,29 +17,8 @@ ScratchFolder::~ScratchFolder() {
     std::filesystem::remove_all(path_, ec);
 }
 
-Bytes& Bytes::i16(std::int16_t v) {
-    const auto u = static_cast<std::uint16_t>(v);
-    data.push_back(static_cast<std::uint8_t>(u & 0xFF));
-    data.push_back(static_cast<std::uint8_t>(u >> 8));
-    return *this;
-}
-
-Bytes& Bytes::u32(std::uint32_t v) {
-    for (int i = 0; i < 4; ++i) data.push_back(static_cast<std::uint8_t>((v >> (8 * i)) & 0xFF));
-    return *this;
-}
-
-Bytes& Bytes::f32(float v) {
-    std::uint32_t bits;
-    std::memcpy(&bits, &v, 4);
-    return u32(bits);
-}
-
 Bytes& Bytes::field(const std::string& s, std::size_t n) {
-    for (std::size_t i = 0; i < n; ++i) {
-        if (i < s.size()) data.push_back(static_cast<std::uint8_t>(s[i]));
-        else data.push_back(i == s.size() ? 0 : 0x20);
-    }
+    for (std::size_t i = 0; i < n; ++i) data.push_back(std::uint8_t(i < s.size() ? s[i] : i == s.size() ? '\0' : ' '));
     return *this;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // Helpers for tests that need files: a scratch folder that removes itself, and a byte builder
 // for writing OIF files by hand, independent of the program's own writer.
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -28,10 +29,10 @@ public:
         data.push_back(v);
         return *this;
     }
-    Bytes& i16(std::int16_t v);
-    Bytes& u32(std::uint32_t v);
+    Bytes& i16(std::int16_t v) { return u8(std::uint8_t(v)).u8(std::uint8_t(std::uint16_t(v) >> 8)); }
+    Bytes& u32(std::uint32_t v) { return i16(std::int16_t(v & 0xFFFF)).i16(std::int16_t(v >> 16)); }
     Bytes& i32(std::int32_t v) { return u32(static_cast<std::uint32_t>(v)); }
-    Bytes& f32(float v);
+    Bytes& f32(float v) { return u32(std::bit_cast<std::uint32_t>(v)); }
     // A text field as the file format stores it: the text, one NUL, blanks up to n.
     Bytes& field(const std::string& s, std::size_t n);
     Bytes& vertex(float x, float y, float z, std::uint32_t shadow, float u, float v) {
