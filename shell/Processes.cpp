@@ -45,8 +45,15 @@ std::int64_t Start(const std::string& commandLine, const std::string& outputFile
         posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
         posix_spawn_file_actions_adddup2(&actions, 1, 2);
     }
+    // A group of its own, so that ending it ends what it started as well: the programs a script
+    // runs, or Windows programs under wine.
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    posix_spawnattr_setpgroup(&attributes, 0);
     pid_t pid = 0;
-    const int rc = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), environ);
+    const int rc = posix_spawnp(&pid, argv[0], &actions, &attributes, argv.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     return rc == 0 ? pid : 0;
 }
@@ -71,7 +78,8 @@ int ExitCode(std::int64_t pid) {
 }
 
 void End(std::int64_t pid) {
-    if (pid > 0 && Running(pid)) ::kill(static_cast<pid_t>(pid), SIGTERM);
+    if (pid > 0 && Running(pid) && ::kill(-static_cast<pid_t>(pid), SIGTERM) != 0)
+        ::kill(static_cast<pid_t>(pid), SIGTERM);
 }
 
 }  // namespace Processes

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
+#include <thread>
 
 #include "shell/Processes.h"
 #include "shell/ProjectTestKit.h"
@@ -161,14 +162,21 @@ TEST(Processes, CommandLinesSplitStartAndAreWaitedFor) {
     m.desktop.runProcesses = true;
     const std::string tool = m.dir.file("slow"), hang = m.dir.file("hang");
     m.Script(tool, "sleep 0.3; echo done > \"$1\"");
-    m.Script(hang, "exec sleep 30");
+    m.Script(hang, "sleep 30 & echo $! > \"$1\"; wait");
     EXPECT_TRUE(RunAndWait("\"" + tool + "\" \"" + m.dir.file("out") + "\"", WindowMode::Hidden));
     EXPECT_EQ(ReadText(m.dir.file("out")), "done\n");
     EXPECT_GE(m.desktop.pumps, 2) << "the event pump turns while waiting";
     EXPECT_FALSE(RunAndWait("\"" + tool + "\"", WindowMode::Maximised)) << "only hidden and normal start";
     EXPECT_FALSE(RunAndWait("/no/such/tool", WindowMode::Hidden));
-    EXPECT_FALSE(RunAndWait("\"" + hang + "\"", WindowMode::Hidden, 200));
+    EXPECT_FALSE(RunAndWait("\"" + hang + "\" \"" + m.dir.file("child") + "\"", WindowMode::Hidden, 300));
     EXPECT_EQ(m.desktop.ended.size(), 1u) << "a program past its time is ended";
+    std::string child = "/proc/" + ReadText(m.dir.file("child"));
+    child.pop_back();  // the line's end
+    auto gone = [&] {
+        return ReadText(child + "/stat").find(") Z") != std::string::npos || !std::filesystem::exists(child);
+    };
+    for (int i = 0; i < 50 && !gone(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_TRUE(gone()) << "and what it started with it";
 }
 
 TEST(SystemFacts, NameTheSystemTheKernelAndTheMemory) {
