@@ -87,20 +87,14 @@ TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
     }
 }
 
-TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
-    PolygonPart poly;
-    poly.Texture = "rwh0";
+// A quad list names one quad more than it has points; a view header counts all parts and nests
+// three turns; a part file negates V and comments its stitches in both blocks.
+TEST(PreviewText, QuadListViewHeaderAndPartFileAreTheHandWorkedOnes) {
+    PolygonPart poly{"rwh0", {}, 1};
     for (int i = 0; i < 4; ++i) poly.Vertices.push_back({static_cast<float>(i), 0, 0, 0, 0, 0});
-    poly.Count = 1;
     EXPECT_EQ(QuadPreviewText({poly}, OneViewpointScene()), Expected("quad.wrl"));
-}
-
-TEST(TexturedPreview, ViewHeaderCountsAllPartsAndNestsThreeTurns) {
-    OIFFile doc = AddPart(Part("tp01", {}, {}), AddPart(Part("tp00", {}, {}), NewOIFFile()));
+    const OIFFile doc = AddPart(Part("tp01", {}, {}), AddPart(Part("tp00", {}, {}), NewOIFFile()));
     EXPECT_EQ(ViewHeaderText(doc, StartPreviewViews()[0]), Expected("view_header.wrl"));
-}
-
-TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
     const OIFPart p = Part("ab", {{0, 0, 0, 0, 0.5f, 0.25f}, {1, 0, 0, 0, 1, 0}, {0, 1, 0, 0, 0, 1}}, {0, 1, 2, 2});
     EXPECT_EQ(PartFileText(p, 3), Expected("part.wrl"));
 }
