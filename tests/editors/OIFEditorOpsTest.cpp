@@ -16,12 +16,11 @@ OIFVertex At(float x, float y, float z) {
 }  // namespace
 
 TEST(OIFEditorBrightness, IsTheSecondByteRoundedHalfToEven) {
-    EXPECT_EQ(VertexBrightness(0x00000180), 2) << "a tie goes to the even 2";
-    EXPECT_EQ(VertexBrightness(0x00000280), 2) << "a tie stays on the even 2";
-    EXPECT_EQ(VertexBrightness(0x0000017F), 1);
-    // The lighting wizard's grey: a low byte above 128 shows one higher.
-    EXPECT_EQ(VertexBrightness(0xFF000000u + 200u * 65793u), 201);
-    EXPECT_EQ(VertexBrightness(0xFFFFFFFFu), 0);
+    // A tie goes to the even 2 from either side; the lighting wizard's grey of 200 (its low byte
+    // above 128) shows one higher.
+    for (const auto& [shadow, brightness] :
+         {std::pair{0x180u, 2}, {0x280u, 2}, {0x17Fu, 1}, {0xFF000000u + 200u * 65793u, 201}, {0xFFFFFFFFu, 0}})
+        EXPECT_EQ(VertexBrightness(shadow), brightness) << shadow;
     EXPECT_EQ(BrightnessPercentText(255), "100%");
     EXPECT_EQ(BrightnessPercentText(1), "0.39%");
 }
@@ -42,8 +41,7 @@ TEST(OIFEditorPredefinedUV, PointsComeFromTheFirstSlotOfTheNameButPicksNeedTheLi
     EXPECT_EQ(PredefinedUVNames(slots, " TP01 "), (std::vector<std::string>{"Left post", "Right post"}));
     EXPECT_TRUE(PredefinedUVNames(slots, "alga").empty());
     EXPECT_EQ(TextureListRow("hlgb"), 38);
-    EXPECT_EQ(TextureListRow("TP01"), -1);
-    EXPECT_EQ(TextureListRow("tp01 "), -1);
+    EXPECT_TRUE(TextureListRow("TP01") == -1 && TextureListRow("tp01 ") == -1);
 
     OIFVertex v = At(1, 2, 3);
     EXPECT_TRUE(ApplyPredefinedUV(v, slots, 1, 2));
@@ -77,8 +75,7 @@ TEST(OIFEditorExport, CarriesOnlyTheHeaderAndReplacesAFileOnlyOnYes) {
     EXPECT_EQ(ReadFile(path), std::vector<std::uint8_t>{'x'});
     ASSERT_EQ(desktop.messages.size(), 1u);
     EXPECT_EQ(desktop.messages[0].text, path + " already exists.   \r\nDo you want to replace it?   ");
-    EXPECT_EQ(desktop.messages[0].title, "Save As");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_TRUE(desktop.messages[0].title == "Save As" && desktop.messages[0].icon == MessageIcon::Exclamation);
 
     EXPECT_TRUE(ExportPart(doc, 1));
     const OIFParse read = ParseOIF(ReadFile(path));

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <tuple>
 
 #include "core/ProgramState.h"
 #include "editors/TextureManagerOps.h"
@@ -18,32 +19,26 @@ TEST(TextureManagerPoints, OnlyRowsWithASlotTakeAPoint) {
     EXPECT_EQ(TexturePointAt(slots, 34, 1), nullptr);
 }
 
+// 1/7 is read back from its seven-digit text, not 1/8; an image one pixel across keeps x / w.
 TEST(TextureManagerPick, StoresTheSevenDigitTextOfTheEdgeRule) {
-    TexturePart p;
+    TexturePart p, narrow, flat;
     const ImagePick pick = PickOnImage(p, 1, 2, 8, 4);
-    EXPECT_EQ(pick.uText, "0.1428571");
-    EXPECT_EQ(p.U, 0.1428571f) << "1/7 read back from its text, not 1/8";
-    EXPECT_EQ(pick.vText, "0.6666667");
-    EXPECT_EQ(p.V, 0.6666667f);
-}
-
-TEST(TextureManagerPick, AnImageOnePixelAcrossKeepsXOverW) {
-    TexturePart p;
-    const ImagePick pick = PickOnImage(p, 0, 3, 1, 4);
-    EXPECT_EQ(pick.uText, "");
-    EXPECT_EQ(p.V, 1.0f);
-    TexturePart flat;
+    EXPECT_TRUE(pick.uText == "0.1428571" && pick.vText == "0.6666667");
+    EXPECT_TRUE(p.U == 0.1428571f && p.V == 0.6666667f);
+    EXPECT_EQ(PickOnImage(narrow, 0, 3, 1, 4).uText, "");
+    EXPECT_EQ(narrow.V, 1.0f);
     PickOnImage(flat, 5, 0, 10, 1);
-    EXPECT_EQ(flat.V, 0.0f);
-    EXPECT_EQ(flat.U, 0.5555556f);
+    EXPECT_TRUE(flat.V == 0.0f && flat.U == 0.5555556f);
 }
 
 TEST(TextureManagerWindow, FollowsThePictureAndKeepsRoomUnderTheVField) {
-    EXPECT_EQ(TextureWindowSize(512, 512, 200), (WindowPixels{769, 571})) << "the designed size";
-    EXPECT_EQ(TextureWindowSize(1024, 256, 200), (WindowPixels{1281, 315}));
-    EXPECT_EQ(TextureWindowSize(0, 0, 250), (WindowPixels{257, 317}));
-    EXPECT_EQ(TextureWindowSize(512, 512, 504), (WindowPixels{769, 571})) << "exactly 1000 twips of room";
-    EXPECT_EQ(TextureWindowSize(512, 512, 505), (WindowPixels{769, 572}));
+    // The designed size; exactly 1000 twips of room under the field at 504.
+    const std::tuple<int, int, int, WindowPixels> cases[] = {{512, 512, 200, {769, 571}},
+                                                             {1024, 256, 200, {1281, 315}},
+                                                             {0, 0, 250, {257, 317}},
+                                                             {512, 512, 504, {769, 571}},
+                                                             {512, 512, 505, {769, 572}}};
+    for (const auto& [w, h, field, size] : cases) EXPECT_EQ(TextureWindowSize(w, h, field), size) << w << " " << field;
 }
 
 TEST(TextureManagerImport, OnlyPNGIsCopied) {

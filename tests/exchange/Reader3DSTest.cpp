@@ -20,6 +20,15 @@ Bytes3DS Square(const std::string& name, const std::string& material) {
                    Faces({{0, 1, 2}, {0, 2, 3}}, {FaceMaterial(material)})});
 }
 
+// A mesh of n vertices with texture points and no faces, all at one place or each at its own.
+Mesh3DS Many(int n, bool apart, float layer = 0) {
+    Mesh3DS mesh;
+    mesh.vertexCount = mesh.texVertCount = n;
+    for (int i = 0; i < n; ++i) mesh.vertices.push_back({apart ? static_cast<float>(i) : 0, layer, 0});
+    mesh.texVerts.assign(static_cast<std::size_t>(n), {0, 0});
+    return mesh;
+}
+
 Model3DS Parsed(const Bytes3DS& bytes) {
     const Parse3DS p = Parse3DSBytes(bytes);
     EXPECT_EQ(p.error, "");
@@ -157,10 +166,8 @@ TEST(Make3DSPart, TurnsTheAxesShadesStripsAndNamesThePart) {
     EXPECT_EQ(p.Header.Texture, FixedText<4>("")) << "the caller sets the texture";
     // (1, 2, 0) of mesh A becomes x 100, y 0, z -200. B's origin has other UVs than A's: both stay.
     ASSERT_EQ(p.Vertices.size(), 7u);
-    EXPECT_EQ(p.Vertices[2].X, 100.0f);
-    EXPECT_EQ(p.Vertices[2].Y, 0.0f);
-    EXPECT_EQ(p.Vertices[2].Z, -200.0f);
-    EXPECT_EQ(p.Vertices[6].Y, 300.0f);
+    EXPECT_TRUE(p.Vertices[2].X == 100 && p.Vertices[2].Y == 0 && p.Vertices[2].Z == -200 && p.Vertices[6].Y == 300);
+    EXPECT_TRUE(p.Vertices[4].U == 0.5f && p.Vertices[4].V == 0.25f) << "texture coordinates go through as read";
     // Shaded over the whole part (the grey rule is core's): B's (4, 0, 0) is farthest, so A's
     // (1, 0, 0) at 100 of 400 units is 187.5, grey 188.
     EXPECT_EQ(p.Vertices[1].Shadow, 0xFFBCBCBCu);
@@ -185,33 +192,16 @@ TEST(Make3DSPart, RefusesModelsItCannotMakeAPartOf) {
 
     // Two meshes of 33,000 different vertices each: too many for 16-bit indices.
     Model3DS big;
-    for (int m = 0; m < 2; ++m) {
-        Mesh3DS mesh;
-        mesh.vertexCount = mesh.texVertCount = 33000;
-        for (int i = 0; i < 33000; ++i) {
-            mesh.vertices.push_back({static_cast<float>(i), static_cast<float>(m), 0});
-            mesh.texVerts.push_back({0, 0});
-        }
-        big.meshes.push_back(mesh);
-    }
+    big.meshes = {Many(33000, true, 0), Many(33000, true, 1)};
     EXPECT_NE(Make3DSPartFrom(big, {}, 0).error.find("66000 different vertices"), std::string::npos);
 }
 
 TEST(Make3DSPart, IndicesAboveSixteenBitsOfSignedRangeStillNameTheirVertices) {
-    // 40,000 vertices that collapse to 3 distinct ones; the last mesh's face starts past 32767.
+    // 60,003 vertices that collapse to 3 distinct ones; the last mesh's face starts past 32767.
     Model3DS m;
-    Mesh3DS filler;
-    filler.vertexCount = filler.texVertCount = 30000;
-    filler.vertices.assign(30000, {0, 0, 0});
-    filler.texVerts.assign(30000, {0, 0});
-    m.meshes = {filler, filler};
-    Mesh3DS tri;
-    tri.vertexCount = tri.texVertCount = 3;
-    tri.faceCount = 1;
-    tri.vertices = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-    tri.texVerts.assign(3, {0, 0});
-    tri.faces = {{0, 1, 2, 0}};
-    m.meshes.push_back(tri);
+    m.meshes = {Many(30000, false), Many(30000, false), Many(3, true)};
+    m.meshes[2].faceCount = 1;
+    m.meshes[2].faces = {{0, 1, 2, 0}};
     const Part3DS made = Make3DSPartFrom(m, {true, 0, 0, 0}, 0);
     ASSERT_EQ(made.error, "");
     ASSERT_EQ(made.part.Vertices.size(), 3u);
@@ -231,13 +221,10 @@ TEST(Make3DSPart, WeldAndDuplicateRuleAtTheirEdges) {
     Model3DS m{{mesh({{0, 0, 0}, {0.99f, 0, 0}, {1, 0, 0}, {0, -0.0f, 0}, {nan, 0, 0}, {nan, 0, 0}},
                      {{0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}, {0, 0}})},
                {}};
-    for (auto* make : {&Make3DSPartFrom, &Make3DSPartReference}) {
-        const OIFPart welded = make(m, {true, 0, 1, 1}, 0).part;
-        ASSERT_EQ(welded.Vertices.size(), 4u) << "99 units weld, 100 do not; -0 equals 0; NaN equals nothing";
-        EXPECT_EQ(welded.Vertices[1].X, 100.0f);
-        const OIFPart plain = make(m, {true, 0, 0, 1}, 0).part;
-        EXPECT_EQ(plain.Vertices.size(), 5u);
-    }
+    const OIFPart welded = Make3DSPartFrom(m, {true, 0, 1, 1}, 0).part;
+    ASSERT_EQ(welded.Vertices.size(), 4u) << "99 units weld, 100 do not; -0 equals 0; NaN equals nothing";
+    EXPECT_EQ(welded.Vertices[1].X, 100.0f);
+    EXPECT_EQ(Make3DSPartFrom(m, {true, 0, 0, 1}, 0).part.Vertices.size(), 5u);
 }
 
 TEST(Make3DSPart, FastMethodGivesThePartOfThePairwiseRule) {

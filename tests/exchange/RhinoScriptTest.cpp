@@ -88,11 +88,10 @@ TEST(RhinoScript, CornersWithoutAStrictWinnerKeepThePreviousRowsText) {
 }
 
 TEST(ThreeDecimalText, RoundsHalvesAwayFromZeroAndDropsTrailingZeros) {
-    EXPECT_EQ(ThreeDecimalText(1.0005), "1.001") << "rounded as shown with 15 digits, not by its binary value";
-    EXPECT_EQ(ThreeDecimalText(-0.0625), "-0.063");
-    EXPECT_EQ(ThreeDecimalText(-0.0004), "0");
-    EXPECT_EQ(ThreeDecimalText(0.9996), "1");
-    EXPECT_EQ(ThreeDecimalText(1e18), "1E+18");
+    // 1.0005 is rounded as shown with 15 digits, not by its binary value.
+    for (const auto& [x, text] :
+         {std::pair{1.0005, "1.001"}, {-0.0625, "-0.063"}, {-0.0004, "0"}, {0.9996, "1"}, {1e18, "1E+18"}})
+        EXPECT_EQ(ThreeDecimalText(x), text) << x;
 }
 
 TEST(RhinoScript, RefusesAShortFileAndEveryPrefixIsScriptedOrRefused) {

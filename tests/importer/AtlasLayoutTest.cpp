@@ -2,6 +2,10 @@
 // messages, the drag with both snaps, the handles and the arrow keys, and layout files.
 #include <gtest/gtest.h>
 
+#include <random>
+#include <tuple>
+
+#include "core/TestData.h"
 #include "importer/AtlasLayout.h"
 #include "importer/LayoutFile.h"
 #include "support/ScriptedDesktop.h"
@@ -27,9 +31,8 @@ constexpr std::int32_t WideTwips = 688 * TwipsPerPixel, HighTwips = 577 * TwipsP
 TEST(ImporterSizes, LoadCentresAtPixelSizeAndResetIsFifteenTimesThat) {
     EXPECT_EQ(NaturalBox({128, 64}, 512, 512), Box(192, 224, 128, 64, false));
     EXPECT_EQ(NaturalBox({255, 1}, 512, 512), Box(128, 256, 255, 1, false)) << "128.5 and 255.5 round to even";
-    EXPECT_EQ(ResetSize(256), 3840);
-    EXPECT_EQ(ResetSize(128), 1920);
-    EXPECT_EQ(ResetSize(1), 15);
+    for (const auto& [pixels, twips] : {std::pair{256, 3840}, {128, 1920}, {1, 15}})
+        EXPECT_EQ(ResetSize(pixels), twips);
     TextureBox box = Box(5, 5, 256, 256, true);
     ResetBox(box, {256, 64}, 512, 512);
     EXPECT_EQ(box, Box(-1664, -224, 3840, 960, true));
@@ -52,6 +55,7 @@ TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
         {{Box(0, -1, 10, 10)}, "Texture 'a.bmp' is out of image boundaries."},
         // Over the sheet's right and bottom edges passes; only thousands of pixels out fail.
         {{Box(480, 500, 100, 100)}, fine},
+        {{Box(0, 0, WideTwips, HighTwips)}, fine},
         {{Box(0, 0, WideTwips + 1, 10)}, "Texture 'a.bmp' is out of image boundaries."},
         {{Box(0, 0, 10, HighTwips + 1)}, "Texture 'a.bmp' is out of image boundaries."},
         // A shared edge at x = 100 passes; 99 against 100 overlaps.
@@ -70,8 +74,7 @@ TEST(ImporterBounds, TellsTheFirstFaultOfItsThreeStages) {
     EXPECT_TRUE(desktop.messages.empty());
     EXPECT_TRUE(CheckBounds({Box(0, 0, 1, 1)}, names, WideTwips, HighTwips, true));
     ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].title, "Check Bounds");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Information);
+    EXPECT_TRUE(desktop.messages[0].title == "Check Bounds" && desktop.messages[0].icon == MessageIcon::Information);
 }
 
 // Sheet edges snap by the texture's size; other mapped textures snap in list order, the last hit
@@ -85,6 +88,8 @@ TEST(ImporterDrag, SnapsToTheSheetsFarEdgesAndToOtherMappedTextures) {
     const std::vector<TextureBox> three = {Box(-101, 0, 102, 100), Box(300, 0, 40, 40), Box(-98, 0, 100, 100)};
     const std::vector<TextureBox> two = {three[0], three[1], Box(-98, 0, 100, 100, false)};
     constexpr int Any = -9999;  // a top not looked at
+    // 383 + 128 is 1 short of 512. At 44 above the strips no longer reach; at 52 below the top is 2
+    // under the other's bottom.
     const struct {
         const std::vector<TextureBox>& boxes;
         std::size_t moving;
@@ -93,22 +98,14 @@ TEST(ImporterDrag, SnapsToTheSheetsFarEdgesAndToOtherMappedTextures) {
         std::int32_t sheet;
         BoxPlace place;
     } cases[] = {
-        {one, 0, 283, 351, {true, false}, 512, {384, 448}},  // 383 + 128 is 1 short of 512
-        {one, 0, 283, 351, {true, false}, 256, {383, 448}},
-        {one, 0, -107.4, -260, {false, false}, 512, {-7, -160}},
-        {pair, 1, -204, 0, {false, true}, 512, {96, Any}},
-        {pair, 1, -203, 0, {false, true}, 512, {100, Any}},
-        {pair, 1, -197, 0, {false, true}, 512, {100, Any}},
-        {pair, 1, -196, 0, {false, true}, 512, {104, Any}},
-        {pair, 1, -199, -44, {false, true}, 512, {101, Any}},  // above by more than the strips reach
-        {pair, 1, -199, -43, {false, true}, 512, {100, Any}},
-        {pair, 1, -290, 52, {false, true}, 512, {10, 250}},  // a top 2 under the other's bottom
-        {pair, 1, -290, -38, {false, true}, 512, {10, 160}},
-        {unmapped, 1, -199, 0, {false, true}, 512, {101, Any}},
-        {three, 1, -298, 0, {true, false}, 512, {0, Any}},
-        {three, 1, -298, 0, {true, true}, 512, {2, Any}},
-        {two, 1, -298, 0, {true, true}, 512, {1, Any}},
-    };
+        {one, 0, 283, 351, {true, false}, 512, {384, 448}},      {one, 0, 283, 351, {true, false}, 256, {383, 448}},
+        {one, 0, -107.4, -260, {false, false}, 512, {-7, -160}}, {pair, 1, -204, 0, {false, true}, 512, {96, Any}},
+        {pair, 1, -203, 0, {false, true}, 512, {100, Any}},      {pair, 1, -197, 0, {false, true}, 512, {100, Any}},
+        {pair, 1, -196, 0, {false, true}, 512, {104, Any}},      {pair, 1, -199, -44, {false, true}, 512, {101, Any}},
+        {pair, 1, -199, -43, {false, true}, 512, {100, Any}},    {pair, 1, -290, 52, {false, true}, 512, {10, 250}},
+        {pair, 1, -290, -38, {false, true}, 512, {10, 160}},     {unmapped, 1, -199, 0, {false, true}, 512, {101, Any}},
+        {three, 1, -298, 0, {true, false}, 512, {0, Any}},       {three, 1, -298, 0, {true, true}, 512, {2, Any}},
+        {two, 1, -298, 0, {true, true}, 512, {1, Any}}};
     for (const auto& c : cases) {
         const BoxPlace p = DragPlace(c.boxes, c.moving, c.dx, c.dy, 0, 0, c.sheet, SheetHeight, c.snap);
         EXPECT_EQ(p.Left, c.place.Left) << c.dx << ", " << c.dy;
@@ -116,32 +113,38 @@ TEST(ImporterDrag, SnapsToTheSheetsFarEdgesAndToOtherMappedTextures) {
     }
 }
 
-TEST(ImporterHandles, SitOutsideTheBoxAndResizeWithoutGoingBelowZero) {
-    const auto places = HandlePlaces(Box(100, 50, 41, 20), 6);
-    const std::array<HandlePlace, 8> expected{
-        {{94, 44}, {118, 44}, {141, 44}, {94, 57}, {141, 57}, {94, 70}, {118, 70}, {141, 70}}};
-    EXPECT_EQ(places, expected) << "(41 - 6) / 2 is 17.5 and rounds to 18";
-
-    TextureBox box = Box(100, 50, 40, 20);
-    ResizeByHandle(box, 1, 5, -5);
-    EXPECT_EQ(box, Box(105, 45, 35, 25));
-    ResizeByHandle(box, 8, -10, 10);
-    EXPECT_EQ(box, Box(105, 45, 25, 35));
-    ResizeByHandle(box, 2, 50, 50);
-    EXPECT_EQ(box, Box(105, 95, 25, 35)) << "the top moves on, the refused height stays";
-    ResizeByHandle(box, 4, 30, 0);
-    EXPECT_EQ(box, Box(135, 95, 25, 35));
-    ResizeByHandle(box, 5, 7, 99);
-    ResizeByHandle(box, 7, 99, -5);
-    EXPECT_EQ(box, Box(135, 95, 32, 30));
-    ResizeByHandle(box, 3, -40, 0);
-    ResizeByHandle(box, 6, 0, -31);
-    ArrowKeyStep(box, ArrowKey::Up, true, false);
-    ArrowKeyStep(box, ArrowKey::Left, true, true);
-    EXPECT_EQ(box, Box(135, 95, 27, 29)) << "keys size at the right and bottom only";
-    box.Height = 3;
-    ArrowKeyStep(box, ArrowKey::Up, true, true);
-    EXPECT_EQ(box.Height, 3) << "a height below zero is refused";
+// A handle carries the sides it sits on by the drag, whichever handle it is; a size that would go
+// below zero stays as it was while the side still moves.
+TEST(ImporterHandles, MoveTheSidesTheySitOnAndKeysSizeOnlyAtTheRightAndBottom) {
+    EXPECT_EQ(HandlePlaces(Box(100, 50, 41, 20), 6),
+              (std::array<HandlePlace, 8>{
+                  {{94, 44}, {118, 44}, {141, 44}, {94, 57}, {141, 57}, {94, 70}, {118, 70}, {141, 70}}}))
+        << "(41 - 6) / 2 is 17.5 and rounds to 18";
+    std::mt19937 random(8);
+    std::uniform_int_distribution<int> pick(0, 120), travel(-150, 150);
+    for (int round = 0; round < 800; ++round) {
+        const int element = 1 + round % 8;
+        // Seven wide and high at least, so that the middle handles stand between the corners.
+        TextureBox box = Box(pick(random), pick(random), 7 + pick(random), 7 + pick(random)), want = box;
+        const HandlePlace at = HandlePlaces(box, 6)[static_cast<std::size_t>(element - 1)];
+        const int dx = travel(random), dy = travel(random);
+        if (at.Left < box.Left) want.Left += dx, want.Width -= box.Width - dx >= 0 ? dx : 0;
+        if (at.Left == box.Left + box.Width && box.Width + dx >= 0) want.Width += dx;
+        if (at.Top < box.Top) want.Top += dy, want.Height -= box.Height - dy >= 0 ? dy : 0;
+        if (at.Top == box.Top + box.Height && box.Height + dy >= 0) want.Height += dy;
+        ResizeByHandle(box, element, dx, dy);
+        ASSERT_EQ(box, want) << "handle " << element << " by " << dx << ", " << dy;
+    }
+    const std::tuple<ArrowKey, bool, bool, TextureBox> keys[] = {
+        {ArrowKey::Left, false, false, Box(99, 50, 40, 3)}, {ArrowKey::Right, false, true, Box(105, 50, 40, 3)},
+        {ArrowKey::Up, false, true, Box(100, 45, 40, 3)},   {ArrowKey::Down, false, false, Box(100, 51, 40, 3)},
+        {ArrowKey::Left, true, true, Box(100, 50, 35, 3)},  {ArrowKey::Right, true, false, Box(100, 50, 41, 3)},
+        {ArrowKey::Up, true, true, Box(100, 50, 40, 3)},    {ArrowKey::Down, true, true, Box(100, 50, 40, 8)}};
+    for (const auto& [key, shift, ctrl, want] : keys) {
+        TextureBox box = Box(100, 50, 40, 3);
+        ArrowKeyStep(box, key, shift, ctrl);
+        EXPECT_EQ(box, want) << static_cast<int>(key) << shift << ctrl;
+    }
 }
 
 TEST(ImporterLayoutFile, PlacesNamedTexturesAndRefusesWhatItCannotPlace) {
@@ -157,20 +160,11 @@ TEST(ImporterLayoutFile, PlacesNamedTexturesAndRefusesWhatItCannotPlace) {
     textures.pop_back();
     EXPECT_EQ(ApplyLayout(layout, textures, boxes),
               "The layout places \"Tribüne.bmp\", which is not a texture of the model.");
-    const std::pair<const char*, const char*> refused[] = {
-        {"[1]", "The layout is not a JSON object of texture names."},
-        {R"({"a": {"left": 0, "top": 0, "width": 1}})", "The layout gives no \"height\" of \"a\"."},
-        {R"({"a": {"left": "0", "top": 0, "width": 1, "height": 1}})",
-         "The layout's \"left\" of \"a\" is not a number."},
-        {R"({"a": {"left": 0, "top": 0, "width": -1, "height": 1}})", "The layout's \"width\" of \"a\" is below zero."},
-        {R"({"a": {"left": 1e7, "top": 0, "width": 1, "height": 1}})",
-         "The layout's \"left\" of \"a\" is out of range."},
-        {R"({"a": {"left": 0, "top": 0, "width": 1, "height": 1, "wdth": 1}})",
-         "The layout's entry \"a\" has an unknown key \"wdth\"."},
-    };
-    for (const auto& [text, message] : refused) {
-        const LayoutFile bad = ParseLayoutFile(text);
-        EXPECT_EQ(bad.error, message) << text;
+    const auto refused = TestTable("layout/refusals.txt");
+    ASSERT_EQ(refused.size(), 6u);
+    for (const auto& row : refused) {
+        const LayoutFile bad = ParseLayoutFile(row[0]);
+        EXPECT_EQ(bad.error, row[1]) << row[0];
         EXPECT_TRUE(bad.entries.empty());
     }
 }

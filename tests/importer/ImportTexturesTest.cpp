@@ -48,10 +48,8 @@ TEST_F(ImporterTextures, MaterialsShareATextureByExactFileNameAndAnEmptyFileMake
     std::vector<std::int32_t> indices;
     for (const Material3DS& x : m.materials) indices.push_back(x.textureIndex);
     EXPECT_EQ(indices, (std::vector<std::int32_t>{0, 1, 0, 2, 7}));
-    EXPECT_EQ(textures[1].Path, path + "pitch.bmp");
-    EXPECT_EQ(textures[1].Picture, (PictureSize{32, 16}));
-    EXPECT_EQ(decoded.size(), 3u);
-    EXPECT_TRUE(desktop.dialogTitles.empty());
+    EXPECT_TRUE(textures[1].Path == path + "pitch.bmp" && textures[1].Picture == (PictureSize{32, 16}));
+    EXPECT_TRUE(decoded.size() == 3u && desktop.dialogTitles.empty());
 }
 
 TEST_F(ImporterTextures, AMissingFileIsAskedForAndCancellingEndsTheLoad) {
@@ -62,8 +60,7 @@ TEST_F(ImporterTextures, AMissingFileIsAskedForAndCancellingEndsTheLoad) {
     EXPECT_EQ(desktop.dialogTitles,
               (std::vector<std::string>{"Select file for roof.bmp", "Select file for seats.bmp"}));
     ASSERT_EQ(textures.size(), 1u);
-    EXPECT_EQ(textures[0].Name, "roof.bmp");
-    EXPECT_EQ(textures[0].Path, folder.file("elsewhere.png"));
+    EXPECT_TRUE(textures[0].Name == "roof.bmp" && textures[0].Path == folder.file("elsewhere.png"));
     EXPECT_TRUE(desktop.messages.empty());
 }
 
@@ -74,11 +71,9 @@ TEST_F(ImporterTextures, RefusesAModelWithoutTexturesAndAPictureThatCannotBeRead
     rav.polygons.push_back({"p", 4, 2, {}, {{"rowa", 0, {}, 0}, {"rowb", 0, {}, 0}}});
     EXPECT_FALSE(BuildRAVTextures(rav, textures, path, read));
     ASSERT_EQ(desktop.messages.size(), 2u);
-    for (const ShownMessage& m : desktop.messages) {
-        EXPECT_EQ(m.text, "There are no textures in this 3ds file!");
-        EXPECT_EQ(m.title, "Terramason");
-        EXPECT_EQ(m.icon, MessageIcon::Critical);
-    }
+    for (const ShownMessage& m : desktop.messages)
+        EXPECT_TRUE(m.text == "There are no textures in this 3ds file!" && m.title == "Terramason" &&
+                    m.icon == MessageIcon::Critical);
     Files({"broken.bmp"});
     Model3DS broken = Materials({{"a", "broken.bmp"}});
     EXPECT_FALSE(Build3DSTextures(broken, textures, path, read));
@@ -103,9 +98,7 @@ TEST_F(ImporterTextures, RAVGroupsNameTheirBitmapAndOnlyPolygonsOfOneGroupCount)
 
 TEST_F(ImporterTextures, MeshTextureIndexTakesTheFirstMaterialOfANameAndElseZero) {
     Model3DS m = Materials({{"stone", "a.bmp"}, {"stone", "b.bmp"}, {"grass", "c.bmp"}});
-    m.materials[0].textureIndex = 4;
-    m.materials[1].textureIndex = 5;
-    m.materials[2].textureIndex = 6;
+    for (std::size_t i = 0; i < 3; ++i) m.materials[i].textureIndex = 4 + static_cast<std::int32_t>(i);
     EXPECT_EQ(MeshTextureIndex(m, "stone"), 4);
     EXPECT_EQ(MeshTextureIndex(m, "grass"), 6);
     EXPECT_EQ(MeshTextureIndex(m, "Grass"), 0);

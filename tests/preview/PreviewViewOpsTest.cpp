@@ -39,23 +39,14 @@ TEST(RenderFlags, OnlyValuesWithoutThe256BitShowTextures) {
         EXPECT_EQ(RenderFlagsShowTextures(flags), textured) << flags;
 }
 
+// From 30000: the camera may pass through the model and out the other side.
 TEST(Zoom, EachTurnMovesTheCameraNearerByTheAmountInSinglePrecision) {
-    struct Case {
-        int turns;
-        double amount;
-        float z;
-    };
-    // From 30000: the camera may pass through the model and out the other side.
-    const Case cases[] = {{1, 1000, 29000},
-                          {-3, 1000, 33000},
-                          {2, 250.5, 29499},
-                          {4, 0, 30000},
-                          {1, 0.1, static_cast<float>(30000 - 0.1)},
-                          {10, 10000, -70000}};
-    for (const Case& c : cases) {
+    const std::tuple<int, double, float> cases[] = {{1, 1000, 29000}, {-3, 1000, 33000},  {2, 250.5, 29499},
+                                                    {4, 0, 30000},    {1, 0.1, 29999.9f}, {10, 10000, -70000}};
+    for (const auto& [turns, amount, z] : cases) {
         PreviewViewpoint v = View(5, 1500, 30000);
-        ZoomView(v, c.turns, c.amount);
-        EXPECT_EQ(v.PositionZ, c.z) << c.turns << " of " << c.amount;
+        ZoomView(v, turns, amount);
+        EXPECT_EQ(v.PositionZ, z) << turns << " of " << amount;
         v.PositionZ = 30000;
         EXPECT_EQ(v, View(5, 1500, 30000)) << "nothing but PositionZ moves";
     }
@@ -73,25 +64,19 @@ TEST(Pan, ArrowKeysMoveTheCameraByAThousandAndOtherKeysNothing) {
 }
 
 TEST(Turn, ALeftDragTurnsOneDegreePerHundredTwipsOfTravel) {
-    struct Case {
-        float dx, dy;  // pixels
-        double dotsPerInch, degreesAboutX, degreesAboutY;
-    };
-    const Case cases[] = {
-        {150, 0, 96, 0, 22.5},                         // 15 twips to the pixel
-        {0, 100, 96, 15, 0},                           // vertical travel turns about X, downwards positive
-        {-40, -20, 96, -3, -6}, {100, 0, 120, 0, 12},  // 12 twips to the pixel
-        {100, 50, 144, 5, 10},  {100, 0, 0, 0, 15},    // a screen that gives no resolution counts as 96 dots per inch
-        {0, 0, 96, 0, 0},       {4800, -7200, 96, -1080, 720},  // turns are not limited to one round
-    };
+    // Pixels across and down, dots per inch, degrees about X and about Y. 96 dots per inch are 15
+    // twips to the pixel, 120 are 12; a screen that gives no resolution counts as 96.
+    const std::tuple<float, float, double, double, double> cases[] = {
+        {150, 0, 96, 0, 22.5}, {0, 100, 96, 15, 0}, {-40, -20, 96, -3, -6}, {100, 0, 120, 0, 12},
+        {100, 50, 144, 5, 10}, {100, 0, 0, 0, 15},  {0, 0, 96, 0, 0},       {4800, -7200, 96, -1080, 720}};
     const double degree = std::atan(1.0) * 4 / 180;
-    for (const Case& c : cases) {
+    for (const auto& [dx, dy, dotsPerInch, aboutX, aboutY] : cases) {
         PreviewViewpoint v = View(0, 0, 0);
         TurnStart start;
         PressTurn(start, MouseLeft, 300, 400);
-        ASSERT_TRUE(ReleaseTurn(v, start, 300 + c.dx, 400 + c.dy, TwipsPerPixelAt(c.dotsPerInch)));
-        EXPECT_NEAR(v.SceneRotationX, 0.74f + c.degreesAboutX * degree, 1e-5) << c.dx << " " << c.dy;
-        EXPECT_NEAR(v.SceneRotationY, -0.74f + c.degreesAboutY * degree, 1e-5) << c.dx << " at " << c.dotsPerInch;
+        ASSERT_TRUE(ReleaseTurn(v, start, 300 + dx, 400 + dy, TwipsPerPixelAt(dotsPerInch)));
+        EXPECT_NEAR(v.SceneRotationX, 0.74f + aboutX * degree, 1e-5) << dx << " " << dy;
+        EXPECT_NEAR(v.SceneRotationY, -0.74f + aboutY * degree, 1e-5) << dx << " at " << dotsPerInch;
         v.SceneRotationX = 0.74f;
         v.SceneRotationY = -0.74f;
         EXPECT_EQ(v, View(0, 0, 0)) << "nothing else turns";
@@ -115,21 +100,15 @@ TEST(Turn, ARightPressOverwritesTheButtonSoTheReleaseDoesNotTurn) {
 }
 
 TEST(HeadPose, IsWhatAReaderTakesFromTheHeadText) {
-    struct Case {
-        PreviewViewpoint view;
-        ViewPose pose;
-    };
     PreviewViewpoint turned = View(1234.5678f, -0.000123456789f, 1e8f);
     turned.AxisY = -1;
     turned.Angle = 3.14159265f;
     turned.SceneRotationY = static_cast<float>(-0.74f + 22.5 * std::atan(1.0) * 4 / 180);
     turned.SceneRotationZ = 1e-9f;
-    const Case cases[] = {
-        {View(0, 1500, 30000), {0, 1500, 30000, 0, 0, 0, 0, 0, 0.74f, -0.74f}},
-        // Seven digits each: 1234.568, -0.0001234568, 1E+08, 3.141593, -0.3473009, 1E-09.
-        {turned, {1234.568f, -0.0001234568f, 1e8f, 0, 1, 0, 3.141593f, 1e-9f, 0.74f, -0.3473009f}},
-    };
-    for (const Case& c : cases) EXPECT_EQ(HeadPose(c.view), c.pose) << c.view.PositionX;
+    EXPECT_EQ(HeadPose(View(0, 1500, 30000)), (ViewPose{0, 1500, 30000, 0, 0, 0, 0, 0, 0.74f, -0.74f}));
+    // Seven digits each: 1234.568, -0.0001234568, 1E+08, 3.141593, -0.3473009, 1E-09.
+    EXPECT_EQ(HeadPose(turned),
+              (ViewPose{1234.568f, -0.0001234568f, 1e8f, 0, 1, 0, 3.141593f, 1e-9f, 0.74f, -0.3473009f}));
 }
 
 TEST(PartTint, NeighbouringPartsDifferAndEveryTintStandsOutFromTheGrey) {

@@ -87,20 +87,14 @@ TEST(WirePreview, MarksTheSelectedVertexAndOpensOnIt) {
     }
 }
 
-TEST(QuadPreview, NamesOneQuadMoreThanItHasPoints) {
-    PolygonPart poly;
-    poly.Texture = "rwh0";
+// A quad list names one quad more than it has points; a view header counts all parts and nests
+// three turns; a part file negates V and comments its stitches in both blocks.
+TEST(PreviewText, QuadListViewHeaderAndPartFileAreTheHandWorkedOnes) {
+    PolygonPart poly{"rwh0", {}, 1};
     for (int i = 0; i < 4; ++i) poly.Vertices.push_back({static_cast<float>(i), 0, 0, 0, 0, 0});
-    poly.Count = 1;
     EXPECT_EQ(QuadPreviewText({poly}, OneViewpointScene()), Expected("quad.wrl"));
-}
-
-TEST(TexturedPreview, ViewHeaderCountsAllPartsAndNestsThreeTurns) {
-    OIFFile doc = AddPart(Part("tp01", {}, {}), AddPart(Part("tp00", {}, {}), NewOIFFile()));
+    const OIFFile doc = AddPart(Part("tp01", {}, {}), AddPart(Part("tp00", {}, {}), NewOIFFile()));
     EXPECT_EQ(ViewHeaderText(doc, StartPreviewViews()[0]), Expected("view_header.wrl"));
-}
-
-TEST(TexturedPreview, PartFileNegatesVAndCommentsStitchesInBothBlocks) {
     const OIFPart p = Part("ab", {{0, 0, 0, 0, 0.5f, 0.25f}, {1, 0, 0, 0, 1, 0}, {0, 1, 0, 0, 0, 1}}, {0, 1, 2, 2});
     EXPECT_EQ(PartFileText(p, 3), Expected("part.wrl"));
 }
@@ -112,9 +106,7 @@ TEST(TexturedPreview, APartFileDescribesItsNumbersAsTheyReadBack) {
     // Seven digits: 1234.568, 0.1, -3E-08, 1E+07; 0.3333333 and -0.1.
     EXPECT_EQ(shape,
               (PartShape{5, "tp01.png", {1234.568f, 0.1f, -3e-8f, 1e7f, -2, 0}, {0.3333333f, -0.1f, 1, 0}, {0, 1, 1}}));
-    EXPECT_FALSE(IsFace(0, 1, 1));
-    EXPECT_FALSE(IsFace(2, 1, 2));
-    EXPECT_TRUE(IsFace(0, 1, 2));
+    EXPECT_TRUE(!IsFace(0, 1, 1) && !IsFace(2, 1, 2) && IsFace(0, 1, 2));
 }
 
 namespace {
@@ -150,7 +142,7 @@ protected:
 };
 }  // namespace
 
-TEST_F(PreviewFiles, RebuildWritesHeadsPartsAndJoinsTheShownOnes) {
+TEST_F(PreviewFiles, RebuildWritesHeadsPartsAndJoinsTheShownOnesAndTheViewFilesTellWhatTheyHold) {
     PreviewSelection sel;
     sel.shown = {false, true};
     RebuildPreviews(doc, sel);
@@ -159,26 +151,10 @@ TEST_F(PreviewFiles, RebuildWritesHeadsPartsAndJoinsTheShownOnes) {
     EXPECT_EQ(Temp("Part_0.tmp"), PartFileText(doc.Parts[0], 0)) << "hidden parts are written too";
     for (const PreviewViewpoint& v : PreviewViews)
         EXPECT_EQ(Temp(v.Description + ".wrl"), ViewHeaderText(doc, v) + Temp("Parts.tmp")) << v.Description;
-    EXPECT_EQ(views.calls.size(), 8u);
-    EXPECT_EQ(views.calls[0], "release Top");
-    EXPECT_EQ(views.calls[1], "load Top Top.wrl");
+    ASSERT_EQ(views.calls.size(), 8u);
+    EXPECT_TRUE(views.calls[0] == "release Top" && views.calls[1] == "load Top Top.wrl");
     EXPECT_EQ(desktop.loadingTexts, (std::vector<std::string>{"Loading stadium previews..."}));
     EXPECT_FALSE(desktop.loadingShown);
-
-    // Showing other parts only rejoins: the part files stay as they were.
-    std::filesystem::remove(AppPath("temp/Top.tmp"));
-    views.calls.clear();
-    sel.shown = {false, false};
-    ASSERT_THROW(ReloadPreviews(doc, sel), std::runtime_error) << "a rejoin needs the heads of the last rebuild";
-    RebuildPreviews(doc, sel);
-    EXPECT_EQ(Temp("Parts.tmp"), closing);
-    EXPECT_EQ(Temp("Perspective.wrl"), ViewHeaderText(doc, PreviewViews[3]) + closing);
-}
-
-TEST_F(PreviewFiles, ViewFilesTellWhatTheyHoldUntilSomethingElseTouchesThem) {
-    PreviewSelection sel;
-    sel.shown = {false, true};
-    RebuildPreviews(doc, sel);
     const auto top = WrittenViewFile(AppPath("temp/Top.wrl"));
     ASSERT_TRUE(top);
     EXPECT_EQ(top->Head, PreviewViews[ViewTop]);
@@ -192,9 +168,9 @@ TEST_F(PreviewFiles, ViewFilesTellWhatTheyHoldUntilSomethingElseTouchesThem) {
     InstallView(PreviewViews[ViewTop]);
     const auto moved = WrittenViewFile(AppPath("temp/Top.wrl"));
     ASSERT_TRUE(moved);
-    EXPECT_EQ(moved->Head, PreviewViews[ViewTop]);
-    EXPECT_EQ(moved->Parts, top->Parts);
+    EXPECT_TRUE(moved->Head == PreviewViews[ViewTop] && moved->Parts == top->Parts);
     EXPECT_EQ(WrittenViewFile(AppPath("temp/Back.wrl"))->Parts, top->Parts);
+    // Showing other parts only rejoins them.
     sel.shown = {true, true};
     ReloadPreviews(doc, sel);
     EXPECT_EQ(WrittenViewFile(AppPath("temp/Top.wrl"))->Parts->size(), 2u);
@@ -206,6 +182,11 @@ TEST_F(PreviewFiles, ViewFilesTellWhatTheyHoldUntilSomethingElseTouchesThem) {
     EXPECT_FALSE(WrittenViewFile(AppPath("temp/Right.wrl")));
     EXPECT_TRUE(WrittenViewFile(AppPath("temp/Perspective.wrl")));
     EXPECT_FALSE(WrittenViewFile(AppPath("temp/Parts.tmp")));
+    std::filesystem::remove(AppPath("temp/Top.tmp"));
+    ASSERT_THROW(ReloadPreviews(doc, sel), std::runtime_error) << "a rejoin needs the heads of the last rebuild";
+    sel.shown = {false, false};
+    RebuildPreviews(doc, sel);
+    EXPECT_EQ(Temp("Perspective.wrl"), ViewHeaderText(doc, PreviewViews[3]) + closing);
 }
 
 TEST_F(PreviewFiles, NothingIsWrittenWhilePreviewsAreOff) {

@@ -42,21 +42,18 @@ TEST_F(Boards3DS, SevenBoardsGiveThreeTwoAndTwoWithTheirBands) {
     importadboard();
     const OIFFile& doc = CurrentProject.OIF;
     ASSERT_EQ(Textures(doc), (std::vector<std::string>{"adba", "adbb", "adbc"}));
-    EXPECT_EQ(doc.Parts[0].Header.Name, FixedText<28>("Part 0 [adba]"));
-    EXPECT_EQ(doc.Parts[2].Header.Name, FixedText<28>("Part 2 [adbc]"));
+    EXPECT_TRUE(doc.Parts[0].Header.Name == FixedText<28>("Part 0 [adba]") &&
+                doc.Parts[2].Header.Name == FixedText<28>("Part 2 [adbc]"));
     const float bands[3][2] = {{0.0f, 0.33f}, {0.33f, 0.66f}, {0.66f, 1.0f}};
     const int quads[3] = {3, 2, 2};
     for (std::size_t p = 0; p < 3; ++p) {
         const OIFPart& part = doc.Parts[p];
         ASSERT_EQ(part.Header.VertexCount, 4 * quads[p]);
-        for (const OIFVertex& v : part.Vertices) {
-            EXPECT_TRUE(v.V == bands[p][0] || v.V == bands[p][1]) << part.Header.Texture.str() << " v " << v.V;
-            EXPECT_TRUE(v.U == 0 || v.U == 1);
-        }
+        for (const OIFVertex& v : part.Vertices)
+            EXPECT_TRUE((v.V == bands[p][0] || v.V == bands[p][1]) && (v.U == 0 || v.U == 1)) << p << ": " << v.V;
     }
     // The first board of "adba": its bottom right corner leads, at the bottom of its band.
-    EXPECT_EQ(doc.Parts[0].Vertices[0].X, 100);
-    EXPECT_EQ(doc.Parts[0].Vertices[0].V, 0.33f);
+    EXPECT_TRUE(doc.Parts[0].Vertices[0].X == 100 && doc.Parts[0].Vertices[0].V == 0.33f);
 
     // A second import adds parts of the same textures: no merge.
     desktop.dialogAnswers = {scratch.file("boards.3ds")};
@@ -71,8 +68,8 @@ TEST_F(Boards3DS, BannersAlternateWithFlagsForTheTeamAnswered) {
     desktop.answers = {MessageAnswer::Yes};
     importbanner();
     ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].text, "Are these banners for the home team?");
-    EXPECT_EQ(desktop.messages[0].title, "Terramason");
+    EXPECT_TRUE(desktop.messages[0].text == "Are these banners for the home team?" &&
+                desktop.messages[0].title == "Terramason");
     EXPECT_EQ(Textures(CurrentProject.OIF), (std::vector<std::string>{"hbna", "hbnb", "hfla", "hflb"}));
     for (const OIFPart& part : CurrentProject.OIF.Parts) EXPECT_EQ(part.Header.VertexCount, 4);
     const OIFVertex& first = CurrentProject.OIF.Parts[0].Vertices[0];
@@ -94,8 +91,8 @@ TEST_F(Boards3DS, TheCommandsRefuseOtherFilesAndAddNothingWithoutQuads) {
     importadboard();
     importadboard();
     ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].text, "Unknown file extension!");
-    EXPECT_EQ(desktop.messages[0].icon, MessageIcon::Exclamation);
+    EXPECT_TRUE(desktop.messages[0].text == "Unknown file extension!" &&
+                desktop.messages[0].icon == MessageIcon::Exclamation);
     desktop.dialogAnswers = {Put("none.3ds", Boards(0))};
     desktop.answers = {MessageAnswer::Yes};
     importbanner();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <set>
 
 #include "core/DrawnTriangles.h"
@@ -83,45 +84,43 @@ Bytes3DS CrowdModel() {
 
 }  // namespace
 
-TEST(MakeCrowdRows, CountsRowsFromTheLeftEdgeAndTheSpacing) {
-    CrowdRow steep = Plane(1000, 450, 5000);
-    steep.V[0].Z = -5000;  // only the left edge's length across the ground counts
-    const std::pair<CrowdRow, std::int16_t> cases[] = {{Plane(1000, 450), 3}, {Plane(1000, 451), 4}, {steep, 3}};
-    std::int16_t rows = 0;
-    for (const auto& [plane, want] : cases) {
-        EXPECT_EQ(MakeCrowdRows(plane, rows, 300, CrowdTileWidth, 150).size(), static_cast<std::size_t>(want));
-        EXPECT_EQ(rows, want);
+// Random planes against the rule itself: row i of n starts i/n of the way up each side edge and
+// stands its height above it; with a spacing n is the left edge's length across the ground over
+// the spacing, rounded up. Each row takes the texture once per tile width from a random start,
+// every other row the other way round.
+TEST(MakeCrowdRows, StepUpBothSideEdgesWithAURangeAsLongAsTheRowRunningOppositeToItsNeighbours) {
+    std::mt19937 random(9);
+    std::uniform_real_distribution<float> place(-3000, 3000);
+    for (int round = 0; round < 60; ++round) {
+        CrowdRow p;
+        for (OIFVertex& v : p.V) v = At(place(random), place(random), place(random));
+        const float spacing = round % 2 ? 0 : 350 + place(random) / 10;
+        std::int16_t rows = static_cast<std::int16_t>(1 + round % 9);
+        const std::vector<CrowdRow> made = MakeCrowdRows(p, rows, 300, CrowdTileWidth, spacing);
+        const float across = std::hypot(p.V[3].X - p.V[2].X, p.V[3].Z - p.V[2].Z);
+        if (spacing > 0) { EXPECT_EQ(rows, std::ceil(across / spacing)) << "round " << round; }
+        ASSERT_EQ(made.size(), static_cast<std::size_t>(rows));
+        std::set<float> starts;
+        for (std::size_t i = 0; i < made.size(); ++i) {
+            const CrowdRow& r = made[i];
+            const float f = static_cast<float>(i) / rows;
+            const auto up = [&](const OIFVertex& a, const OIFVertex& b, float lift) {
+                return At(a.X + (b.X - a.X) * f, a.Y + (b.Y - a.Y) * f + lift, a.Z + (b.Z - a.Z) * f);
+            };
+            const OIFVertex want[4] = {up(p.V[1], p.V[0], 300), up(p.V[1], p.V[0], 0), up(p.V[2], p.V[3], 0),
+                                       up(p.V[2], p.V[3], 300)};
+            for (std::size_t k = 0; k < 4; ++k) {
+                EXPECT_LT(Length(r.V[k], want[k]), 0.01) << "round " << round << " row " << i << " corner " << k;
+                EXPECT_TRUE(r.V[k].Shadow == CrowdRowShadow && r.V[k].V == (k == 1 || k == 2));
+            }
+            EXPECT_NEAR(r.V[1].U - r.V[2].U, (i % 2 ? -1 : 1) * Length(r.V[2], r.V[1]) / 520, 1e-3) << "row " << i;
+            EXPECT_TRUE(r.V[3].U == r.V[2].U && r.V[0].U == r.V[1].U);
+            starts.insert(std::min(r.V[1].U, r.V[2].U));
+        }
+        EXPECT_EQ(starts.size(), made.size()) << "each row starts at a random place";
     }
-    rows = 10;
-    const std::vector<CrowdRow> fixed = MakeCrowdRows(Plane(1000, 4510), rows, 300, CrowdTileWidth, 0);
-    ASSERT_EQ(fixed.size(), 10u);
-    EXPECT_FLOAT_EQ(fixed[9].V[2].Z, -4059) << "the last row stands 9/10 of the way up";
-    EXPECT_FLOAT_EQ(fixed[9].V[3].Y, 450 + 300);
-    rows = 0;
-    EXPECT_THROW(MakeCrowdRows(Plane(1000, 450), rows, 300, CrowdTileWidth, 0), std::runtime_error);
-}
-
-TEST(MakeCrowdRows, GivesEachRowItsOwnURangeRunningOppositeToItsNeighbours) {
-    SeedRandom(9);
-    // Top and bottom are not parallel: the right edge is longer, so rows grow longer going up.
-    CrowdRow plane = Plane(1040, 1000);
-    plane.V[0].X = 2080;
-    std::int16_t rows = 6;
-    const std::vector<CrowdRow> made = MakeCrowdRows(plane, rows, 300, CrowdTileWidth, 0);
-    std::set<float> starts;
-    for (std::size_t i = 0; i < made.size(); ++i) {
-        const CrowdRow& r = made[i];
-        const float span = r.V[1].U - r.V[2].U;
-        EXPECT_NEAR(std::fabs(span), Length(r.V[2], r.V[1]) / 520, 1e-5) << "row " << i;
-        EXPECT_EQ(span > 0, i % 2 == 0) << "row " << i << " runs the wrong way";
-        EXPECT_EQ(r.V[3].U, r.V[2].U);
-        EXPECT_EQ(r.V[0].U, r.V[1].U);
-        EXPECT_EQ((std::array<float, 4>{r.V[0].V, r.V[1].V, r.V[2].V, r.V[3].V}), (std::array<float, 4>{0, 1, 1, 0}));
-        EXPECT_FLOAT_EQ(r.V[0].Y - r.V[1].Y, 300);
-        for (const OIFVertex& v : r.V) EXPECT_EQ(v.Shadow, CrowdRowShadow);
-        starts.insert(std::min(r.V[1].U, r.V[2].U));
-    }
-    EXPECT_EQ(starts.size(), made.size()) << "each row starts at a random place";
+    std::int16_t none = 0;
+    EXPECT_THROW(MakeCrowdRows(Plane(1000, 450), none, 300, CrowdTileWidth, 0), std::runtime_error);
 }
 
 TEST_F(Crowds, DealsRowsOneSixthOneThirdOneThirdOneSixth) {
@@ -175,8 +174,7 @@ TEST_F(Crowds, BuildTakesOneGroupRowsAndOnlyRowbIsAway) {
     ASSERT_EQ(doc.Header.PartCount, 8);
     int home = 0, away = 0;
     for (std::size_t i = 0; i < 8; ++i) (i < 4 ? home : away) += doc.Parts[i].Header.VertexCount;
-    EXPECT_EQ(home, 4);
-    EXPECT_EQ(away, 4);
+    EXPECT_TRUE(home == 4 && away == 4);
     EXPECT_EQ(doc.Parts[7].Header.Name, FixedText<28>("Part 7 [rwa3]"));
 }
 
@@ -188,8 +186,7 @@ TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
     WriteConfig("Import", "CrowdHeight", "260");
     importcrowd();
     ASSERT_EQ(desktop.messages.size(), 1u);
-    EXPECT_EQ(desktop.messages[0].text, RowHeightQuestion);
-    EXPECT_EQ(desktop.messages[0].title, "Terramason");
+    EXPECT_TRUE(desktop.messages[0].text == RowHeightQuestion && desktop.messages[0].title == "Terramason");
     EXPECT_EQ(desktop.dialogTitles, std::vector<std::string>{"Import crowd polygons..."});
     ASSERT_EQ(CurrentProject.OIF.Header.PartCount, 4);
     EXPECT_EQ(CurrentProject.OIF.Parts[0].Header.Texture, FixedText<4>("rwa0"));
@@ -199,8 +196,7 @@ TEST_F(Crowds, ImportOfRAVTextKeepsItsColoursAndFixesItsRows) {
             EXPECT_EQ(v.Shadow, 0x102030FFu);
             top = std::max(top, v.Y);
         }
-    EXPECT_EQ(top, 260);
-    EXPECT_EQ(CrowdHeightInForce, 0);
+    EXPECT_TRUE(top == 260 && CrowdHeightInForce == 0);
     EXPECT_TRUE(views.refreshed == 1 && views.rebuilt == 1);
 }
 
@@ -211,8 +207,7 @@ TEST_F(Crowds, ImportOf3DSMakesRowsOfFourVertexMeshesByMaterial) {
     std::vector<OIFVertex> home, away;
     for (std::size_t i = 0; i < 8; ++i)
         for (const OIFVertex& v : CurrentProject.OIF.Parts[i].Vertices) (i < 4 ? home : away).push_back(v);
-    ASSERT_EQ(home.size(), 4u);
-    ASSERT_EQ(away.size(), 4u) << "the mesh of texture file \"rowb\"";
+    ASSERT_TRUE(home.size() == 4u && away.size() == 4u) << "away: the mesh of texture file \"rowb\"";
     for (const OIFVertex& v : home)
         EXPECT_TRUE(v.Shadow == 0 && v.Z == 0 && (v.Y == 0 || v.Y == 100)) << "heights kept";
 
