@@ -55,6 +55,12 @@ FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, Pix
     return {std::min(width + beside, screen.Width), height, false};
 }
 
+EditorPlacement PlaceEditor(int areaWidth, int previewsRight, int width, int minimumWidth) {
+    const int room = areaWidth - previewsRight;
+    if (room < width && room >= minimumWidth) width = room;
+    return {std::max(0, std::min(previewsRight, areaWidth - width)), width};
+}
+
 bool ConfirmQuit() {
     return AskQuestion(QuitQuestion, MessageButtons::YesNo, MessageIcon::Exclamation) == MessageAnswer::Yes;
 }

@@ -49,6 +49,15 @@ struct PixelSize {
 };
 FramePlacement PlaceMainWindow(PixelSize need, int beside, PixelSize chrome, PixelSize screen);
 
+// Where the OIF Editor stands in the main window's area: beside the previews when there is room,
+// narrowed down to `minimumWidth` if that makes room, so that it hides none of them; otherwise at
+// the area's right edge, over as little of the previews as can be.
+struct EditorPlacement {
+    int Left = 0, Width = 0;
+    bool operator==(const EditorPlacement&) const = default;
+};
+EditorPlacement PlaceEditor(int areaWidth, int previewsRight, int width, int minimumWidth);
+
 // The quit question; true when the user means it.
 bool ConfirmQuit();
 

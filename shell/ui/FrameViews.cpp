@@ -102,14 +102,11 @@ void FrameViews::showoifform() {
                                  window->y());
             }
         }
-        // Beside the previews when there is room, narrowed down to what its fields need if that
-        // makes room, so that it hides none of them; otherwise at the right edge, over as little of
-        // the Perspective preview as can be.
         int previewsRight = 0;
         for (const PixelRect& r : PreviewWindowLayout()) previewsRight = std::max(previewsRight, r.Left + r.Width);
-        const int room = areaWidth - previewsRight;
-        if (room < frame->width() && room >= frame->minimumSizeHint().width()) frame->resize(room, frame->height());
-        frame->move(std::max(0, std::min(previewsRight, areaWidth - frame->width())), 0);
+        const EditorPlacement placed =
+            PlaceEditor(areaWidth, previewsRight, frame->width(), frame->minimumSizeHint().width());
+        frame->setGeometry(placed.Left, 0, placed.Width, frame->height());
     }
     frame->show();
     frame->raise();

@@ -80,6 +80,10 @@ TEST(PlaceMainWindow, HoldsThePreviewsWholeWithTheEditorBesideWhenThereIsRoom) {
     };
     for (const auto& [screen, placed] : cases)
         EXPECT_EQ(PlaceMainWindow({1019, 633}, 500, {4, 90}, screen), placed) << screen.Width;
+    // The editor in an area beside previews ending at 1019: beside, narrowed to fit, or at the edge.
+    EXPECT_EQ(PlaceEditor(1700, 1019, 588, 500), (EditorPlacement{1019, 588}));
+    EXPECT_EQ(PlaceEditor(1600, 1019, 588, 500), (EditorPlacement{1019, 581}));
+    EXPECT_EQ(PlaceEditor(1280, 1019, 588, 500), (EditorPlacement{692, 588}));
     EXPECT_EQ(MainTitle(false, "Project1"), "VORN Terramason");
     EXPECT_EQ(MainTitle(true, "Project1"), "VORN Terramason - [design] - [Project1]");
 }
